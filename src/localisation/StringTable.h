@@ -1,0 +1,80 @@
+#pragma once
+
+#include <QString>
+
+#include <array>
+#include <optional>
+
+namespace tabulor {
+
+class CaptionRegistry;
+
+// The message texts that every part of the system shows, in the order in which the string
+// file's keys are tested against them. The enumerator names are the keys of the file.
+enum class Message {
+    INVALIDDATATYPE,
+    GENERATINGFULLREPORT,
+    READYTOPRINT,
+    PAGESON,
+    PRESSOK,
+    GENERATINGPAGE,
+    COULDNOTGENERATEREPORT,
+    CANNOTOPENDATABASE,
+    LOOKFORIT,
+    SAVECHANGES,
+    UNTITLED,
+    REPORT,
+    NOREPORT,
+    FROM,
+    RECORDS,
+    PAGES,
+    OPENING,
+    FORMATTINGREPORT,
+    UPDATINGREPORT,
+    SAVEASDEFAULT,
+    CONNFAILED,
+    DEFREPORTTITLE,
+    DEFHEADER,
+    DEFFOOTER,
+};
+
+inline constexpr int kMessageCount = 24;
+
+// What LoadStrings found wrong with the string file. Everything before the fault has been
+// applied; the caller decides whether to show it.
+struct StringFileError
+{
+    int line = 0; // 1-based line of the key line that has no value line
+    QString key;
+};
+
+class StringTable
+{
+public:
+    // Starts with the built-in texts. The file is the one that defaultFilePath() finds unless
+    // another path is set.
+    StringTable();
+
+    QString text(Message message) const;
+    static QString builtInText(Message message);
+    static QString keyName(Message message);
+
+    // The string file in use; empty for none.
+    QString filePath() const { return m_filePath; }
+    void setFilePath(const QString& path) { m_filePath = path; }
+    // TABULOR_STRINGS, else Kestrel.str in the folder of the library file, else in the
+    // installed share folder; empty when none of them exists.
+    static QString defaultFilePath();
+
+    // Resets the message texts to the built-in ones and reads the string file over them. With
+    // applyCaptions the caption keys are handed to the windows registered in captions.
+    // Returns the fault that stopped the reading early, if any.
+    [[nodiscard]] std::optional<StringFileError> LoadStrings(bool applyCaptions,
+                                                             CaptionRegistry* captions = nullptr);
+
+private:
+    std::array<QString, kMessageCount> m_texts;
+    QString m_filePath;
+};
+
+} // namespace tabulor

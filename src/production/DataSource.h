@@ -1,0 +1,50 @@
+#pragma once
+
+#include "production/Recordset.h"
+
+#include <QList>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace tabulor {
+
+enum class RecordSourceKind { Table, Linked, View, Query };
+
+struct RecordSourceEntry
+{
+    QString name;
+    RecordSourceKind kind = RecordSourceKind::Table;
+
+    bool operator==(const RecordSourceEntry&) const = default;
+};
+
+// The text used for a kind on the command line: "table", "linked", "view" or "query".
+QString recordSourceKindName(RecordSourceKind kind);
+
+// An open database, read-only. One backend per kind of database; openDatabase() picks it.
+class DataSource
+{
+public:
+    virtual ~DataSource() = default;
+
+    // The record sources a user may pick: tables (linked ones included) in the database's
+    // own order, then views and saved queries, leaving out system and hidden objects.
+    virtual QList<RecordSourceEntry> recordSources() = 0;
+
+    // Opens a record source by its exact name. With a row limit the cursor stops after that
+    // many rows. On failure returns null and sets *error.
+    virtual std::unique_ptr<Recordset> openRecordSource(const QString& name,
+                                                        std::optional<qint64> rowLimit,
+                                                        QString* error) = 0;
+
+    // The exact number of rows of a record source when the database can count it cheaply.
+    virtual std::optional<qint64> countRows(const QString& name) = 0;
+};
+
+// Opens the database that a definition names: a file path or a server URI. Null on failure,
+// with *error saying why in words for the user.
+std::unique_ptr<DataSource> openDatabase(const QString& name, QString* error);
+
+} // namespace tabulor

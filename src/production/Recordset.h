@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+
+namespace tabulor {
+
+// A forward-only cursor over rows: what the report reads from a database record source and
+// what a host hands in instead of a database. Implementations never throw; a failed move
+// returns false and the reader stops there.
+class Recordset
+{
+public:
+    virtual ~Recordset() = default;
+
+    // The number of fields, or -1 when the object cannot tell (it then is no recordset).
+    virtual int fieldCount() const = 0;
+    virtual QString fieldName(int field) const = 0;
+    // The field's type as a FieldType code.
+    virtual qint16 fieldType(int field) const = 0;
+
+    virtual bool moveFirst() = 0;
+    virtual bool moveNext() = 0;
+    virtual bool atEnd() const = 0;
+    // The current record's value of a field; a null QVariant for an empty value.
+    virtual QVariant value(int field) const = 0;
+
+    // The number of records as far as the source knows it now (may be an estimate).
+    virtual qint64 recordCount() const = 0;
+};
+
+} // namespace tabulor

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace tabulor {
+
+struct SqliteStatementFinalizer
+{
+    void operator()(sqlite3_stmt* statement) const;
+};
+using SqliteStatement = std::unique_ptr<sqlite3_stmt, SqliteStatementFinalizer>;
+
+// Stores a message for the caller when it asked for one.
+inline void setError(QString* error, const QString& message)
+{
+    if (error)
+        *error = message;
+}
+
+// One read-only connection to a database file. The data source and every cursor opened on it
+// share it, so a cursor stays usable after its data source is gone.
+class SqliteConnection
+{
+public:
+    // Opens the file read-only and reads its schema once, so that a damaged or foreign file
+    // fails here and not in the middle of a report. Null with *error set on failure.
+    static std::shared_ptr<SqliteConnection> openReadOnly(const QString& path, QString* error);
+
+    ~SqliteConnection();
+    SqliteConnection(const SqliteConnection&) = delete;
+    SqliteConnection& operator=(const SqliteConnection&) = delete;
+
+    // Prepares one statement. Null with *error set to the engine's message on failure.
+    SqliteStatement prepare(const QString& sql, QString* error) const;
+
+    // Whether a table or view has exactly this name (case counts).
+    bool hasRecordSource(const QString& name) const;
+
+    // SELECT COUNT(*) over a table or view; nullopt when it cannot be counted.
+    std::optional<qint64> countRows(const QString& name) const;
+
+    // A name as an SQL identifier: in double quotes, quotes inside doubled.
+    static QString quotedIdentifier(const QString& name);
+
+    // The engine's message about the last failed call on this connection.
+    QString lastError() const;
+
+private:
+    explicit SqliteConnection(sqlite3* handle) : m_handle(handle) {}
+
+    sqlite3* m_handle;
+};
+
+} // namespace tabulor

@@ -1,0 +1,74 @@
+#include "production/SqliteDataSource.h"
+
+#include "production/FieldType.h"
+#include "production/SqliteConnection.h"
+#include "production/SqliteRecordset.h"
+#include "production/SqliteValues.h"
+
+#include <sqlite3.h>
+
+namespace tabulor {
+
+namespace {
+
+bool isListed(const QString& name)
+{
+    return !name.startsWith(QLatin1String("sqlite_"), Qt::CaseInsensitive) &&
+           !name.startsWith(QLatin1String("~sq_"), Qt::CaseSensitive);
+}
+
+} // namespace
+
+std::unique_ptr<SqliteDataSource> SqliteDataSource::open(const QString& path, QString* error)
+{
+    std::shared_ptr<SqliteConnection> connection = SqliteConnection::openReadOnly(path, error);
+    if (!connection)
+        return nullptr;
+    return std::unique_ptr<SqliteDataSource>(new SqliteDataSource(std::move(connection)));
+}
+
+SqliteDataSource::SqliteDataSource(std::shared_ptr<SqliteConnection> connection)
+    : m_connection(std::move(connection))
+{
+}
+
+SqliteDataSource::~SqliteDataSource() = default;
+
+QList<RecordSourceEntry> SqliteDataSource::recordSources()
+{
+    const SqliteStatement catalog =
+        m_connection->prepare(QStringLiteral("SELECT type, name FROM sqlite_master "
+                                             "WHERE type IN ('table', 'view') ORDER BY rowid"),
+                              nullptr);
+    QList<RecordSourceEntry> tables;
+    QList<RecordSourceEntry> views;
+    while (catalog && sqlite3_step(catalog.get()) == SQLITE_ROW) {
+        const QString name = columnValue(catalog.get(), 1, FieldText).toString();
+        if (!isListed(name))
+            continue;
+        if (columnValue(catalog.get(), 0, FieldText).toString() == QLatin1String("view"))
+            views.append({name, RecordSourceKind::View});
+        else
+            tables.append({name, RecordSourceKind::Table});
+    }
+    return tables + views;
+}
+
+std::unique_ptr<Recordset> SqliteDataSource::openRecordSource(const QString& name,
+                                                              std::optional<qint64> rowLimit,
+                                                              QString* error)
+{
+    // Checked first, so that any other name fails with the same plain message.
+    if (!m_connection->hasRecordSource(name)) {
+        setError(error, QStringLiteral("'%1' is not a table or view of the database.").arg(name));
+        return nullptr;
+    }
+    return SqliteRecordset::open(m_connection, name, rowLimit, error);
+}
+
+std::optional<qint64> SqliteDataSource::countRows(const QString& name)
+{
+    return m_connection->countRows(name);
+}
+
+} // namespace tabulor

@@ -1,0 +1,103 @@
+#include "production/SqliteRecordset.h"
+
+#include "production/SqliteValues.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+
+namespace tabulor {
+
+std::unique_ptr<SqliteRecordset> SqliteRecordset::open(std::shared_ptr<SqliteConnection> connection,
+                                                       const QString& source,
+                                                       std::optional<qint64> rowLimit,
+                                                       QString* error)
+{
+    // A negative limit would mean "no limit" to the engine; here it means no rows.
+    if (rowLimit)
+        rowLimit = std::max<qint64>(*rowLimit, 0);
+    QString sql = QStringLiteral("SELECT * FROM ") + SqliteConnection::quotedIdentifier(source);
+    if (rowLimit)
+        sql += QStringLiteral(" LIMIT ?1");
+
+    QString problem;
+    SqliteStatement statement = connection->prepare(sql, &problem);
+    if (statement && rowLimit)
+        sqlite3_bind_int64(statement.get(), 1, *rowLimit);
+
+    std::unique_ptr<SqliteRecordset> recordset;
+    if (statement) {
+        recordset.reset(new SqliteRecordset(connection, std::move(statement), source, rowLimit));
+        const int first = recordset->step();
+        if (first != SQLITE_ROW && first != SQLITE_DONE)
+            problem = connection->lastError();
+    }
+    if (!problem.isEmpty()) {
+        setError(
+            error,
+            QStringLiteral("The record source '%1' cannot be opened: %2.").arg(source, problem));
+        return nullptr;
+    }
+
+    // Declared types decide; a column without one (an expression in a view) is typed by the
+    // value it holds in the first row.
+    sqlite3_stmt* rows = recordset->m_statement.get();
+    const int columns = sqlite3_column_count(rows);
+    for (int column = 0; column < columns; ++column) {
+        recordset->m_names.append(QString::fromUtf8(sqlite3_column_name(rows, column)));
+        const std::optional<qint16> declared =
+            fieldTypeForDeclaredType(sqlite3_column_decltype(rows, column));
+        const int storageClass =
+            recordset->m_atEnd ? SQLITE_NULL : sqlite3_column_type(rows, column);
+        recordset->m_types.append(declared.value_or(fieldTypeForStorageClass(storageClass)));
+    }
+    return recordset;
+}
+
+SqliteRecordset::SqliteRecordset(std::shared_ptr<SqliteConnection> connection,
+                                 SqliteStatement statement, const QString& source,
+                                 std::optional<qint64> rowLimit)
+    : m_connection(std::move(connection)), m_statement(std::move(statement)), m_source(source),
+      m_rowLimit(rowLimit)
+{
+}
+
+int SqliteRecordset::step()
+{
+    const int result = sqlite3_step(m_statement.get());
+    m_atEnd = result != SQLITE_ROW;
+    if (!m_atEnd)
+        ++m_rowsRead;
+    return result;
+}
+
+bool SqliteRecordset::moveFirst()
+{
+    sqlite3_reset(m_statement.get());
+    m_rowsRead = 0;
+    return step() == SQLITE_ROW;
+}
+
+bool SqliteRecordset::moveNext()
+{
+    return !m_atEnd && step() == SQLITE_ROW;
+}
+
+QVariant SqliteRecordset::value(int field) const
+{
+    if (m_atEnd || field < 0 || field >= m_types.size())
+        return {};
+    return columnValue(m_statement.get(), field, m_types[field]);
+}
+
+qint64 SqliteRecordset::recordCount() const
+{
+    if (!m_sourceCount) {
+        m_sourceCount = m_connection->countRows(m_source);
+        if (m_sourceCount && m_rowLimit)
+            m_sourceCount = std::min(*m_sourceCount, *m_rowLimit);
+    }
+    return std::max(m_sourceCount.value_or(0), m_rowsRead);
+}
+
+} // namespace tabulor

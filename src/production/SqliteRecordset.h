@@ -1,0 +1,55 @@
+#pragma once
+
+#include "production/Recordset.h"
+#include "production/SqliteConnection.h"
+
+#include <QList>
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+
+namespace tabulor {
+
+// A forward-only cursor over one table or view, read row by row straight from the engine.
+class SqliteRecordset final : public Recordset
+{
+public:
+    // Runs SELECT * over the record source, with LIMIT when a row limit is given, and stands
+    // on the first row. Null with *error set when the source cannot be read.
+    static std::unique_ptr<SqliteRecordset> open(std::shared_ptr<SqliteConnection> connection,
+                                                 const QString& source,
+                                                 std::optional<qint64> rowLimit, QString* error);
+
+    int fieldCount() const override { return int(m_names.size()); }
+    QString fieldName(int field) const override { return m_names.value(field); }
+    qint16 fieldType(int field) const override { return m_types.value(field); }
+
+    bool moveFirst() override;
+    bool moveNext() override;
+    bool atEnd() const override { return m_atEnd; }
+    QVariant value(int field) const override;
+
+    // The rows of the source, cut to the row limit, counted once on first request; never
+    // less than the rows read so far.
+    qint64 recordCount() const override;
+
+private:
+    SqliteRecordset(std::shared_ptr<SqliteConnection> connection, SqliteStatement statement,
+                    const QString& source, std::optional<qint64> rowLimit);
+
+    // Steps to the next row; returns the engine's result code. A failed step ends the cursor.
+    int step();
+
+    std::shared_ptr<SqliteConnection> m_connection;
+    SqliteStatement m_statement;
+    QString m_source;
+    std::optional<qint64> m_rowLimit;
+    QStringList m_names;
+    QList<qint16> m_types;
+    bool m_atEnd = true;
+    qint64 m_rowsRead = 0;
+    mutable std::optional<qint64> m_sourceCount;
+};
+
+} // namespace tabulor

@@ -1,0 +1,63 @@
+#include "app/CommandLine.h"
+
+#include "component/ReportSession.h"
+
+#include <cstdio>
+
+namespace tabulor::cli {
+
+QString usageText()
+{
+    return QStringLiteral(
+        "Usage:\n"
+        "  tabulor info FILE.vrd [--json]\n"
+        "      Loads a report definition and prints it.\n"
+        "  tabulor save IN.vrd -o OUT.vrd [--database PATH]\n"
+        "      Loads a definition and writes it back, optionally pointed at another database.\n"
+        "  tabulor sources DATABASE [--kind]\n"
+        "      Lists the tables, views and queries a report can use, one a line; with --kind\n"
+        "      each line is the kind, a tab and the name.\n"
+        "  tabulor --help\n"
+        "\n"
+        "A database is a file path (SQLite) or a server URI.\n"
+        "Settings: $XDG_CONFIG_HOME/tabulor/tabulor.ini, or the file TABULOR_SETTINGS names.\n"
+        "Translations: Kestrel.str beside the library or in the share folder, or the file\n"
+        "TABULOR_STRINGS names.\n");
+}
+
+int usageError(const QString& problem)
+{
+    if (!problem.isEmpty())
+        printError(QStringLiteral("tabulor: ") + problem);
+    printError(usageText());
+    return kExitUsage;
+}
+
+void printOut(const QString& text)
+{
+    std::fputs(text.toUtf8().constData(), stdout);
+    if (!text.endsWith(u'\n'))
+        std::fputc('\n', stdout);
+}
+
+void printError(const QString& text)
+{
+    std::fputs(text.toUtf8().constData(), stderr);
+    if (!text.endsWith(u'\n'))
+        std::fputc('\n', stderr);
+}
+
+bool loadDefinition(ReportSession& session, const QString& path,
+                    const std::optional<QString>& database)
+{
+    session.ResetDefinition();
+    session.loadDesigner();
+    if (session.OpenReportFile(path, database))
+        return true;
+    session.tellUser(session.invalidFileMessage(path));
+    if (const auto& fault = session.lastReadError())
+        printError(fault->message());
+    return false;
+}
+
+} // namespace tabulor::cli

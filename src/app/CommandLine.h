@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace tabulor {
+
+class ReportSession;
+
+namespace cli {
+
+inline constexpr int kExitOk = 0;
+inline constexpr int kExitFailed = 1;
+inline constexpr int kExitUsage = 2;
+
+// Prints the usage to stderr (with a line saying what was wrong, if anything) and gives the
+// exit status for bad arguments.
+int usageError(const QString& problem = QString());
+QString usageText();
+
+void printOut(const QString& text);
+void printError(const QString& text);
+
+// Loads a definition as the designer opens one, optionally reading its data from another
+// database; on failure tells the user why and returns false.
+bool loadDefinition(ReportSession& session, const QString& path,
+                    const std::optional<QString>& database = std::nullopt);
+
+int runInfo(const QStringList& arguments);
+int runSave(const QStringList& arguments);
+int runSources(const QStringList& arguments);
+
+} // namespace cli
+} // namespace tabulor

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+
+namespace tabulor {
+
+enum class PromptButtons { Ok, YesNo, YesNoCancel };
+enum class PromptIcon { None, Information, Warning, Question };
+enum class PromptAnswer { Ok, Yes, No, Cancel };
+
+struct PromptRequest
+{
+    QString text;
+    PromptButtons buttons = PromptButtons::Ok;
+    PromptIcon icon = PromptIcon::None;
+    PromptAnswer defaultAnswer = PromptAnswer::Ok;
+};
+
+// Every message box and question goes through one prompt: the designer shows a dialog,
+// headless use prints and takes the default answer, tests answer in advance.
+class Prompt
+{
+public:
+    virtual ~Prompt() = default;
+    virtual PromptAnswer ask(const PromptRequest& request) = 0;
+};
+
+// Writes the text to standard error and answers with the default.
+class StderrPrompt : public Prompt
+{
+public:
+    PromptAnswer ask(const PromptRequest& request) override;
+};
+
+} // namespace tabulor

@@ -1,0 +1,170 @@
+#include "component/ReportSession.h"
+
+#include "definition/DefaultStyle.h"
+#include "production/DatabaseLocation.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace tabulor {
+
+namespace {
+
+// Places each listed field: it leaves the available fields (the first entry with exactly
+// that name, if any) and joins the list.
+void placeFields(const QStringList& names, QStringList& list, QStringList& available)
+{
+    for (const QString& name : names) {
+        list.append(name);
+        available.removeOne(name);
+    }
+}
+
+QString quoted(const QString& text) { return u'\'' + text + u'\''; }
+
+} // namespace
+
+ReportSession::ReportSession(Prompt* prompt)
+    : m_prompt(prompt ? prompt : &m_stderrPrompt), m_settingsPath(settingsFilePath())
+{
+}
+
+void ReportSession::ResetDefinition()
+{
+    m_definition.CurrentFileName.clear();
+    m_definition.Dirty = false;
+    m_definition.DataBaseName.clear();
+    m_definition.RecordSource.clear();
+    m_definition.groups.clear();
+    m_definition.details.clear();
+    m_data.reset();
+}
+
+void ReportSession::loadDesigner()
+{
+    applyDefaultLook();
+    if (const auto fault = m_strings.LoadStrings(false)) {
+        tellUser(QStringLiteral("%1: the key '%2' on line %3 has no value.")
+                     .arg(m_strings.filePath(), fault->key)
+                     .arg(fault->line),
+                 PromptIcon::Warning);
+    }
+}
+
+void ReportSession::applyDefaultLook()
+{
+    ApplyBuiltInStyles(m_definition, DefaultTexts{m_strings.text(Message::DEFREPORTTITLE),
+                                                  m_strings.text(Message::DEFHEADER),
+                                                  m_strings.text(Message::DEFFOOTER)});
+    QString error;
+    const auto settings = ProfileFile::read(m_settingsPath, &error);
+    if (!settings)
+        return; // no settings file: the built-in look stands
+    QString badKey;
+    if (!LoadDefaultStyle(m_definition, *settings, &badKey)) {
+        tellUser(QStringLiteral("%1: %2 holds a value that is not valid; the default style was "
+                                "read up to there.")
+                     .arg(m_settingsPath, badKey),
+                 PromptIcon::Warning);
+    }
+}
+
+bool ReportSession::SaveDefaultStyle()
+{
+    QString error;
+    ProfileFile settings = ProfileFile::read(m_settingsPath, &error).value_or(ProfileFile());
+    tabulor::SaveDefaultStyle(m_definition, settings);
+    const QString folder = QFileInfo(m_settingsPath).absolutePath();
+    if (!QDir().mkpath(folder) || !settings.write(m_settingsPath, &error)) {
+        tellUser(QStringLiteral("Could not save the default style to %1: %2")
+                     .arg(quoted(m_settingsPath), error),
+                 PromptIcon::Warning);
+        return false;
+    }
+    return true;
+}
+
+bool ReportSession::OpenReportFile(const QString& path, const std::optional<QString>& database)
+{
+    m_lastReadError.reset();
+    QString error;
+    const auto file = ProfileFile::read(path, &error);
+    if (!file)
+        return false;
+    if (ReadFileValue(*file, u"General", u"Version").isEmpty())
+        return false;
+
+    UpdateStatus(m_strings.text(Message::OPENING) + QStringLiteral(" '") +
+                 QFileInfo(path).fileName() + QStringLiteral("'..."));
+    const bool result = ReadReportFile(path, *file, database);
+    UpdateStatus(QString());
+    return result;
+}
+
+bool ReportSession::ReadReportFile(const QString& path, const ProfileFile& file,
+                                   const std::optional<QString>& database)
+{
+    const QString databaseName =
+        database.value_or(ReadFileValue(file, u"RecordSource", u"DataBaseName"));
+    const QString recordSource = ReadFileValue(file, u"RecordSource", u"RecordSource");
+
+    if (!m_data.hostRecordset() && !databaseOpens(databaseName, path))
+        return false;
+
+    DefinitionReadError readError;
+    auto staged = readStagedDefinition(file, m_definition.styles, &readError);
+    if (!staged) {
+        m_lastReadError = readError;
+        return false;
+    }
+
+    m_definition.groups.clear();
+    m_definition.details.clear();
+    m_data.OpenDataSource(databaseName, recordSource, path);
+    m_definition.DataBaseName = databaseName;
+    m_definition.RecordSource = recordSource;
+    m_definition.global = staged->global;
+    m_definition.styles = staged->styles;
+    m_definition.fields = staged->fields;
+    placeFields(staged->groups, m_definition.groups, m_data.availableFields());
+    placeFields(staged->details, m_definition.details, m_data.availableFields());
+    return true;
+}
+
+bool ReportSession::databaseOpens(const QString& name, const QString& definitionPath)
+{
+    QString error;
+    if (!name.isEmpty() && openDatabase(resolveDatabasePath(name, definitionPath), &error))
+        return true;
+    QString text = m_strings.text(Message::CANNOTOPENDATABASE) + QStringLiteral("\r\n") + quoted(name);
+    if (!error.isEmpty())
+        text += QStringLiteral("\r\n") + error;
+    tellUser(text, PromptIcon::Warning);
+    return false;
+}
+
+bool ReportSession::saveReportFile(const QString& path)
+{
+    QString error;
+    if (WriteReportFile(m_definition, path, &error))
+        return true;
+    tellUser(QStringLiteral("Could not save %1: %2").arg(quoted(path), error), PromptIcon::Warning);
+    return false;
+}
+
+QString ReportSession::invalidFileMessage(const QString& path) const
+{
+    return m_strings.text(Message::INVALIDDATATYPE) + QStringLiteral("\r\n") + quoted(path);
+}
+
+void ReportSession::tellUser(const QString& text, PromptIcon icon)
+{
+    m_prompt->ask(PromptRequest{text, PromptButtons::Ok, icon, PromptAnswer::Ok});
+}
+
+void ReportSession::UpdateStatus(const QString& text)
+{
+    Q_EMIT statusChanged(text);
+}
+
+} // namespace tabulor

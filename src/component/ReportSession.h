@@ -1,0 +1,89 @@
+#pragma once
+
+#include "component/Prompt.h"
+#include "definition/DefinitionFile.h"
+#include "definition/ReportDefinition.h"
+#include "localisation/StringTable.h"
+#include "production/ReportData.h"
+
+#include <QObject>
+#include <QString>
+
+#include <optional>
+
+namespace tabulor {
+
+// Everything one report designer works on: the definition, its data, the string table and
+// the way messages reach the user. Each component creates one; there is no other state.
+class ReportSession : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Messages go to prompt (stderr when none is given).
+    explicit ReportSession(Prompt* prompt = nullptr);
+
+    ReportDefinition& definition() { return m_definition; }
+    const ReportDefinition& definition() const { return m_definition; }
+    ReportData& data() { return m_data; }
+    const ReportData& data() const { return m_data; }
+    StringTable& strings() { return m_strings; }
+    const StringTable& strings() const { return m_strings; }
+    Prompt& prompt() { return *m_prompt; }
+
+    // The settings file with the user's default look (and the designer's own keys).
+    QString settingsPath() const { return m_settingsPath; }
+    void setSettingsPath(const QString& path) { m_settingsPath = path; }
+
+    qint32 accessMode() const { return m_accessMode; }
+    void setAccessMode(qint32 mode) { m_accessMode = mode; }
+
+    // Forgets the current file, data source and layout; the look of the report stays.
+    void ResetDefinition();
+
+    // What loading the designer does first: the built-in look, the user's default look over
+    // it, then the message texts.
+    void loadDesigner();
+    // The look a new report starts with: the built-in one and the user's default over it.
+    void applyDefaultLook();
+    // Writes the current look as the user's default; false (and a message) when it fails.
+    bool SaveDefaultStyle();
+
+    // Loads a definition file into the current definition and opens its data. False when
+    // the file is no definition, a value in it is bad or its database cannot be opened; the
+    // definition is then as it was, unless the data source had already been replaced. With
+    // a database given, it takes the place of the one the file names.
+    [[nodiscard]] bool OpenReportFile(const QString& path,
+                                      const std::optional<QString>& database = std::nullopt);
+    // Why the last OpenReportFile failed on a value, if it did.
+    const std::optional<DefinitionReadError>& lastReadError() const { return m_lastReadError; }
+
+    // Saves the definition; on failure the user is told and false returned.
+    [[nodiscard]] bool saveReportFile(const QString& path);
+
+    // "Invalid Data File, please try another." with the path, as shown for unreadable files.
+    QString invalidFileMessage(const QString& path) const;
+    void tellUser(const QString& text, PromptIcon icon = PromptIcon::None);
+
+    // Status and progress text; empty for the default status.
+    void UpdateStatus(const QString& text);
+
+Q_SIGNALS:
+    void statusChanged(const QString& text);
+
+private:
+    bool ReadReportFile(const QString& path, const ProfileFile& file,
+                        const std::optional<QString>& database);
+    bool databaseOpens(const QString& name, const QString& definitionPath);
+
+    ReportDefinition m_definition;
+    ReportData m_data;
+    StringTable m_strings;
+    StderrPrompt m_stderrPrompt;
+    Prompt* m_prompt;
+    QString m_settingsPath;
+    qint32 m_accessMode = 0;
+    std::optional<DefinitionReadError> m_lastReadError;
+};
+
+} // namespace tabulor

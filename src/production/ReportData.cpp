@@ -1,0 +1,125 @@
+#include "production/ReportData.h"
+
+#include "production/DatabaseLocation.h"
+
+namespace tabulor {
+
+void ReportData::reset()
+{
+    m_database.reset();
+    m_hostRecordset = nullptr;
+    m_recordSourceOpen = false;
+    m_recordSources.clear();
+    m_selectedRecordSource = -1;
+    m_availableFields.clear();
+}
+
+void ReportData::OpenDataSource(const QString& databasePath, const QString& recordSourceName,
+                                const QString& definitionPath)
+{
+    m_recordSources.clear();
+    m_selectedRecordSource = -1;
+    m_availableFields.clear();
+    m_database.reset();
+    m_recordSourceOpen = false;
+    m_databasePath = databasePath;
+    m_databaseShortName.clear();
+    m_recordSourceName = recordSourceName;
+    m_openedPath.clear();
+
+    if (m_hostRecordset) {
+        m_recordSourceOpen = true;
+    } else if (!databasePath.isEmpty()) {
+        QString error;
+        m_openedPath = resolveDatabasePath(databasePath, definitionPath);
+        m_database = openDatabase(m_openedPath, &error);
+        if (!m_database) {
+            m_databasePath.clear();
+            m_recordSourceName.clear();
+        } else {
+            m_databaseShortName = databaseShortName(databasePath);
+            if (!recordSourceName.isEmpty()) {
+                // Opening the record source once tells whether it can be read at all.
+                m_recordSourceOpen =
+                    m_database->openRecordSource(recordSourceName, 0, &error) != nullptr;
+            }
+            m_recordSources = m_database->recordSources();
+            for (int i = 0; i < m_recordSources.size(); ++i) {
+                if (m_recordSources.at(i).name == recordSourceName) {
+                    m_selectedRecordSource = i;
+                    break;
+                }
+            }
+        }
+    }
+
+    LoadRowsIntoGrid();
+    for (int c = 0; c < m_grid.columnCount(); ++c)
+        m_availableFields.append(m_grid.column(c).title);
+}
+
+void ReportData::LoadRowsIntoGrid()
+{
+    if (m_hostRecordset) {
+        LoadRowsFromRecordset();
+        return;
+    }
+    m_grid.clear();
+    m_totalRowCount = m_loadedRowCount = 1;
+    if (!m_recordSourceOpen || !m_database)
+        return;
+
+    // The grid counts its title row, so the working view holds the title and 249 records.
+    const qsizetype recordLimit = m_unlimitedRows ? -1 : kWorkingViewRows - 1;
+    QString error;
+    std::unique_ptr<Recordset> records = m_database->openRecordSource(
+        m_recordSourceName,
+        recordLimit < 0 ? std::nullopt : std::optional<qint64>(recordLimit), &error);
+    if (!records)
+        return;
+    copyRows(*records, recordLimit);
+    const qint64 loadedRecords = m_grid.rowCount();
+    qint64 totalRecords = loadedRecords;
+    if (recordLimit >= 0 && loadedRecords == recordLimit)
+        totalRecords = m_database->countRows(m_recordSourceName).value_or(loadedRecords);
+    m_totalRowCount = totalRecords + 1;
+    m_loadedRowCount = loadedRecords + 1;
+}
+
+void ReportData::LoadRowsFromRecordset()
+{
+    m_grid.clear();
+    m_totalRowCount = m_loadedRowCount = 0;
+    if (!m_recordSourceOpen || !m_hostRecordset)
+        return;
+    Recordset& source = *m_hostRecordset;
+    copyRows(source, m_unlimitedRows ? -1 : kWorkingViewRows);
+    const qint64 copied = m_grid.rowCount();
+    m_loadedRowCount = copied;
+    m_totalRowCount = std::max(source.recordCount(), copied);
+    if (copied < kWorkingViewRows)
+        m_totalRowCount = copied;
+}
+
+void ReportData::copyRows(Recordset& source, qsizetype recordLimit)
+{
+    QList<GridColumn> columns;
+    const int fieldCount = std::max(source.fieldCount(), 0);
+    for (int i = 0; i < fieldCount; ++i) {
+        const qint16 type = source.fieldType(i);
+        columns.append(GridColumn{source.fieldName(i), type, AlignmentForFieldType(type)});
+    }
+    m_grid.setColumns(columns);
+
+    // A failed move ends the copy; the rows copied so far stay.
+    QList<QVariant> cells(fieldCount);
+    bool ok = source.moveFirst();
+    while (ok && !source.atEnd() && (recordLimit < 0 || m_grid.rowCount() < recordLimit)) {
+        for (int i = 0; i < fieldCount; ++i)
+            cells[i] = source.value(i);
+        m_grid.appendRow(cells);
+        ok = source.moveNext();
+    }
+}
+
+} // namespace tabulor

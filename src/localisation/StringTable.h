@@ -11,7 +11,8 @@ class CaptionRegistry;
 
 // The message texts that every part of the system shows, in the order in which the string
 // file's keys are tested against them. The enumerator names are the keys of the file.
-enum class Message {
+enum class Message
+{
     INVALIDDATATYPE,
     GENERATINGFULLREPORT,
     READYTOPRINT,

@@ -1,0 +1,164 @@
+#include "localisation/StringTable.h"
+
+#include "definition/TextDecoding.h"
+#include "localisation/CaptionKeys.h"
+#include "localisation/CaptionRegistry.h"
+#include "localisation/TextHelpers.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QLatin1String>
+
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace tabulor {
+
+namespace {
+
+struct MessageEntry
+{
+    Message message;
+    std::string_view key;
+    std::string_view text;
+};
+
+// In the order of Message, which is also the order in which file keys are tested.
+constexpr std::array<MessageEntry, kMessageCount> kMessages = {{
+    {Message::INVALIDDATATYPE, "INVALIDDATATYPE", "Invalid Data File, please try another."},
+    {Message::GENERATINGFULLREPORT, "GENERATINGFULLREPORT", "Generating full report..."},
+    {Message::READYTOPRINT, "READYTOPRINT", "Ready to print."},
+    {Message::PAGESON, "PAGESON", "page(s) on"},
+    {Message::PRESSOK, "PRESSOK", "Please press OK to proceed."},
+    {Message::GENERATINGPAGE, "GENERATINGPAGE", "Generating page"},
+    {Message::COULDNOTGENERATEREPORT, "COULDNOTGENERATEREPORT", "Could not generate report."},
+    {Message::CANNOTOPENDATABASE, "CANNOTOPENDATABASE", "Could not open the database."},
+    {Message::LOOKFORIT, "LOOKFORIT", "Would you like to look for it?"},
+    {Message::SAVECHANGES, "SAVECHANGES", "Do you want to save the changes made to"},
+    {Message::UNTITLED, "UNTITLED", "Untitled"},
+    {Message::REPORT, "REPORT", "Report"},
+    {Message::NOREPORT, "NOREPORT", "No Report"},
+    {Message::FROM, "FROM", "from"},
+    {Message::RECORDS, "RECORDS", "records"},
+    {Message::PAGES, "PAGES", "pages"},
+    {Message::OPENING, "OPENING", "Opening"},
+    {Message::FORMATTINGREPORT, "FORMATTINGREPORT", "Formatting Report"},
+    {Message::UPDATINGREPORT, "UPDATINGREPORT", "Updating Report"},
+    {Message::SAVEASDEFAULT, "SAVEASDEFAULT", "Would you like to save this style as your default?"},
+    {Message::CONNFAILED, "CONNFAILED",
+     "The connection to the database failed. Do you want to check the current connection "
+     "information?"},
+    {Message::DEFREPORTTITLE, "DEFREPORTTITLE", "[<rs>] Report Generated at <tt> on <dd>"},
+    {Message::DEFHEADER, "DEFHEADER", "<db>|<rs>|Page <p> of <n>"},
+    {Message::DEFFOOTER, "DEFFOOTER", " | |<tt>, <ddd>"},
+}};
+
+constexpr bool inMessageOrder()
+{
+    for (std::size_t i = 0; i < kMessages.size(); ++i) {
+        if (static_cast<std::size_t>(kMessages[i].message) != i)
+            return false;
+    }
+    return true;
+}
+static_assert(inMessageOrder(), "kMessages must follow the order of Message");
+
+const MessageEntry& entry(Message message)
+{
+    return kMessages[static_cast<std::size_t>(message)];
+}
+
+std::array<QString, kMessageCount> builtInTexts()
+{
+    std::array<QString, kMessageCount> texts;
+    for (std::size_t i = 0; i < kMessages.size(); ++i)
+        texts[i] = fromAscii(kMessages[i].text);
+    return texts;
+}
+
+constexpr auto kFileName = "Kestrel.str";
+
+// The folder of the library (or program) file that holds this code. The address asked about
+// is that of a function private to this file, so that a program calling into the library
+// cannot stand in for it.
+QString codeFolder()
+{
+    Dl_info info{};
+    if (dladdr(reinterpret_cast<void*>(&codeFolder), &info) == 0 || info.dli_fname == nullptr)
+        return {};
+    return QFileInfo(QFile::decodeName(info.dli_fname)).absolutePath();
+}
+
+} // namespace
+
+StringTable::StringTable() : m_texts(builtInTexts()), m_filePath(defaultFilePath()) {}
+
+QString StringTable::text(Message message) const
+{
+    return m_texts[static_cast<std::size_t>(message)];
+}
+
+QString StringTable::builtInText(Message message)
+{
+    return fromAscii(entry(message).text);
+}
+
+QString StringTable::keyName(Message message)
+{
+    return fromAscii(entry(message).key);
+}
+
+QString StringTable::defaultFilePath()
+{
+    if (qEnvironmentVariableIsSet("TABULOR_STRINGS"))
+        return qEnvironmentVariable("TABULOR_STRINGS");
+    for (const QString& folder : {codeFolder(), QStringLiteral(TABULOR_DATADIR)}) {
+        if (folder.isEmpty())
+            continue;
+        const QString path = QDir(folder).filePath(QLatin1String(kFileName));
+        if (QFileInfo(path).isFile())
+            return path;
+    }
+    return {};
+}
+
+std::optional<StringFileError> StringTable::LoadStrings(bool applyCaptions,
+                                                        CaptionRegistry* captions)
+{
+    m_texts = builtInTexts();
+
+    QFile file(m_filePath);
+    if (m_filePath.isEmpty() || !file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    const QStringList lines = splitLines(decodeText(file.readAll()));
+    file.close();
+
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        const QString line = TrimBlanks(lines.at(i));
+        if (!line.startsWith(u'*'))
+            continue;
+        const QString key = TrimSpaces(QStringView(line).sliced(1));
+        if (i + 1 == lines.size())
+            return StringFileError{static_cast<int>(i) + 1, key};
+        const QString value = TrimBlanks(lines.at(++i));
+        if (value.isEmpty())
+            continue;
+
+        const auto message = std::find_if(kMessages.begin(), kMessages.end(), [&](auto& m) {
+            return key == QLatin1String(m.key.data(), static_cast<qsizetype>(m.key.size()));
+        });
+        if (message != kMessages.end()) {
+            m_texts[static_cast<std::size_t>(message->message)] = value;
+        } else if (applyCaptions && captions) {
+            for (const CaptionKey& caption : findCaptionKeys(key))
+                captions->apply(caption, value);
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace tabulor

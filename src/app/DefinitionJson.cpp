@@ -6,7 +6,10 @@ namespace tabulor::cli {
 
 namespace {
 
-double jsonSingle(float value) { return QString::number(static_cast<double>(value), 'g', 7).toDouble(); }
+double jsonSingle(float value)
+{
+    return QString::number(static_cast<double>(value), 'g', 7).toDouble();
+}
 
 QJsonObject globalJson(const GlobalSettings& g)
 {

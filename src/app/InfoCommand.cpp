@@ -10,7 +10,10 @@ namespace tabulor::cli {
 
 namespace {
 
-QString yesNo(bool value) { return value ? QStringLiteral("yes") : QStringLiteral("no"); }
+QString yesNo(bool value)
+{
+    return value ? QStringLiteral("yes") : QStringLiteral("no");
+}
 
 QString styleLine(int index, const ReportStyle& s)
 {
@@ -59,8 +62,7 @@ QString definitionText(const QString& path, const ReportDefinition& d)
           << QStringLiteral("Word wrap:        %1").arg(yesNo(g.WordWrap))
           << QStringLiteral("Widow control:    %1").arg(yesNo(g.WidowOK))
           << QStringLiteral("Max row height:   %1").arg(g.MaxHeight)
-          << QStringLiteral("Orientation:      %1").arg(g.Orientation)
-          << QStringLiteral("Styles:");
+          << QStringLiteral("Orientation:      %1").arg(g.Orientation) << QStringLiteral("Styles:");
     for (int i = 0; i < kStyleCount; ++i)
         lines << styleLine(i, d.styles[i]);
     lines << QStringLiteral("Fields (ID | Title | Sort | Align | Format | Aggregate | Width):");

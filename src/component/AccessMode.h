@@ -6,7 +6,8 @@
 
 namespace tabulor {
 
-enum zrAccessModeSettings : qint32 {
+enum zrAccessModeSettings : qint32
+{
     zrUse = 0,             // use reports only
     zrUseModify = 1,       // also open and save report files
     zrUseModifyCreate = 2, // also create reports and choose another database

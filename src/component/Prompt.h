@@ -4,9 +4,26 @@
 
 namespace tabulor {
 
-enum class PromptButtons { Ok, YesNo, YesNoCancel };
-enum class PromptIcon { None, Information, Warning, Question };
-enum class PromptAnswer { Ok, Yes, No, Cancel };
+enum class PromptButtons
+{
+    Ok,
+    YesNo,
+    YesNoCancel
+};
+enum class PromptIcon
+{
+    None,
+    Information,
+    Warning,
+    Question
+};
+enum class PromptAnswer
+{
+    Ok,
+    Yes,
+    No,
+    Cancel
+};
 
 struct PromptRequest
 {

@@ -20,7 +20,10 @@ void placeFields(const QStringList& names, QStringList& list, QStringList& avail
     }
 }
 
-QString quoted(const QString& text) { return u'\'' + text + u'\''; }
+QString quoted(const QString& text)
+{
+    return u'\'' + text + u'\'';
+}
 
 } // namespace
 
@@ -136,7 +139,8 @@ bool ReportSession::databaseOpens(const QString& name, const QString& definition
     QString error;
     if (!name.isEmpty() && openDatabase(resolveDatabasePath(name, definitionPath), &error))
         return true;
-    QString text = m_strings.text(Message::CANNOTOPENDATABASE) + QStringLiteral("\r\n") + quoted(name);
+    QString text =
+        m_strings.text(Message::CANNOTOPENDATABASE) + QStringLiteral("\r\n") + quoted(name);
     if (!error.isEmpty())
         text += QStringLiteral("\r\n") + error;
     tellUser(text, PromptIcon::Warning);

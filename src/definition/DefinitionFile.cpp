@@ -3,7 +3,6 @@
 #include "definition/AtomicSave.h"
 #include "definition/ValueText.h"
 
-
 namespace tabulor {
 
 namespace {
@@ -15,9 +14,18 @@ const QString kFields = QStringLiteral("Fields");
 const QString kHeaders = QStringLiteral("Headers");
 const QString kDetail = QStringLiteral("Detail");
 
-QString styleSection(int index) { return QStringLiteral("Style %1").arg(index); }
-QString fieldSection(int index) { return QStringLiteral("Field %1").arg(index); }
-QString listKey(int index) { return QStringLiteral("Field%1").arg(index); }
+QString styleSection(int index)
+{
+    return QStringLiteral("Style %1").arg(index);
+}
+QString fieldSection(int index)
+{
+    return QStringLiteral("Field %1").arg(index);
+}
+QString listKey(int index)
+{
+    return QStringLiteral("Field%1").arg(index);
+}
 
 // Numbers stand with a blank in front (a minus sign for negative ones) and one behind.
 QString numberText(const QString& digits)
@@ -34,9 +42,18 @@ public:
             m_text += "\r\n";
         line(u'[' + name + u']');
     }
-    void text(const QString& key, const QString& value) { line(key + QStringLiteral(" = ") + value); }
-    void integer(const QString& key, qint64 value) { text(key, numberText(QString::number(value))); }
-    void single(const QString& key, float value) { text(key, numberText(shortestSingleText(value))); }
+    void text(const QString& key, const QString& value)
+    {
+        line(key + QStringLiteral(" = ") + value);
+    }
+    void integer(const QString& key, qint64 value)
+    {
+        text(key, numberText(QString::number(value)));
+    }
+    void single(const QString& key, float value)
+    {
+        text(key, numberText(shortestSingleText(value)));
+    }
     void boolean(const QString& key, bool value) { text(key, booleanText(value)); }
     void list(const QStringList& entries)
     {
@@ -104,7 +121,10 @@ private:
     bool m_failed = false;
 };
 
-std::optional<float> singleFromNumber(double value) { return toSingle(value); }
+std::optional<float> singleFromNumber(double value)
+{
+    return toSingle(value);
+}
 
 QStringList readList(Reader& reader, const QString& section)
 {
@@ -216,9 +236,8 @@ QString DefinitionReadError::message() const
     return QStringLiteral("[%1] %2 = %3 is not a valid value").arg(section, key, value);
 }
 
-std::optional<StagedDefinition> readStagedDefinition(const ProfileFile& file,
-                                                     const StyleTable& current,
-                                                     DefinitionReadError* error)
+std::optional<StagedDefinition>
+readStagedDefinition(const ProfileFile& file, const StyleTable& current, DefinitionReadError* error)
 {
     StagedDefinition staged;
     Reader r(file, error);

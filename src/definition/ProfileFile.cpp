@@ -9,7 +9,10 @@ namespace tabulor {
 
 namespace {
 
-QString folded(QStringView name) { return name.trimmed().toString().toCaseFolded(); }
+QString folded(QStringView name)
+{
+    return name.trimmed().toString().toCaseFolded();
+}
 
 QString unquoted(QString value)
 {

@@ -33,7 +33,8 @@ struct ReportStyle
 inline constexpr int kStyleCount = 11;
 
 // Indices into the style table; files and the settings file address styles by index.
-enum StyleIndex {
+enum StyleIndex
+{
     StyleReportTitle = 0,
     StyleHeading1Top = 1,
     StyleHeading2Top = 2,

@@ -7,8 +7,14 @@ namespace tabulor {
 
 namespace {
 
-bool isBlank(QChar c) { return c == u' ' || c == u'\t'; }
-bool isDigit(QChar c) { return c >= u'0' && c <= u'9'; }
+bool isBlank(QChar c)
+{
+    return c == u' ' || c == u'\t';
+}
+bool isDigit(QChar c)
+{
+    return c >= u'0' && c <= u'9';
+}
 
 // Scans the number at the start of text (after blanks) and returns how many characters it
 // takes, with its value; 0 characters when there is no number.
@@ -101,8 +107,14 @@ std::optional<double> strictNumber(QStringView text)
     return value;
 }
 
-std::optional<qint16> toInt16(double value) { return roundedInRange<qint16>(value); }
-std::optional<qint32> toInt32(double value) { return roundedInRange<qint32>(value); }
+std::optional<qint16> toInt16(double value)
+{
+    return roundedInRange<qint16>(value);
+}
+std::optional<qint32> toInt32(double value)
+{
+    return roundedInRange<qint32>(value);
+}
 
 std::optional<float> toSingle(double value)
 {

@@ -29,9 +29,8 @@ QString resolveDatabasePath(const QString& name, const QString& definitionPath)
         return name;
     QString path = name;
     path.replace(u'\\', u'/');
-    const QDir definitionDir = definitionPath.isEmpty()
-                                   ? QDir::current()
-                                   : QFileInfo(definitionPath).absoluteDir();
+    const QDir definitionDir =
+        definitionPath.isEmpty() ? QDir::current() : QFileInfo(definitionPath).absoluteDir();
     const bool windowsAbsolute = path.size() > 2 && path.at(1) == u':' && path.at(2) == u'/';
     if (!windowsAbsolute) {
         const QString direct = QDir::isAbsolutePath(path) ? path : definitionDir.filePath(path);

@@ -6,7 +6,8 @@ namespace tabulor {
 
 // Field types are kept in the classic data-access type codes, which definition files, the
 // alignment rule and the field defaults are written against.
-enum FieldType : qint16 {
+enum FieldType : qint16
+{
     FieldBoolean = 1,
     FieldByte = 2,
     FieldInteger = 3,

@@ -73,8 +73,8 @@ void ReportData::LoadRowsIntoGrid()
     const qsizetype recordLimit = m_unlimitedRows ? -1 : kWorkingViewRows - 1;
     QString error;
     std::unique_ptr<Recordset> records = m_database->openRecordSource(
-        m_recordSourceName,
-        recordLimit < 0 ? std::nullopt : std::optional<qint64>(recordLimit), &error);
+        m_recordSourceName, recordLimit < 0 ? std::nullopt : std::optional<qint64>(recordLimit),
+        &error);
     if (!records)
         return;
     copyRows(*records, recordLimit);

@@ -8,22 +8,6 @@
 
 namespace tabulor::test {
 
-namespace {
-
-QString fromEnvironment(const char* variable, const QString& name)
-{
-    const QString dir = qEnvironmentVariable(variable);
-    EXPECT_FALSE(dir.isEmpty()) << variable << " is not set; run the tests through ctest";
-    return name.isEmpty() ? dir : QDir(dir).filePath(name);
-}
-
-} // namespace
-
-QString testDataPath(const QString& name) { return fromEnvironment("TABULOR_TEST_DATA", name); }
-QString sharedDataPath(const QString& name) { return fromEnvironment("TABULOR_SHARED_DATA", name); }
-QString samplePath(const QString& name) { return fromEnvironment("TABULOR_SAMPLE_DIR", name); }
-QString toolPath() { return fromEnvironment("TABULOR_TOOL", QString()); }
-
 QByteArray readBytes(const QString& path)
 {
     QFile file(path);

@@ -1,0 +1,149 @@
+#include "definition/DefinitionFile.h"
+
+#include "TestSupport.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace tabulor;
+using namespace tabulor::test;
+
+namespace {
+
+struct ToolRun
+{
+    int status = -1;
+    QString out;
+    QString err;
+};
+
+class CommandLineTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        copyInto(dir, sharedDataPath(QStringLiteral("sqlite_Chinook.sqlite")));
+        ReportDefinition d;
+        ApplyBuiltInStyles(d, {QStringLiteral("Tracks"), QStringLiteral("<p>"), QString()});
+        d.DataBaseName = QStringLiteral("sqlite_Chinook.sqlite");
+        d.RecordSource = QStringLiteral("Track");
+        d.fields = {{QStringLiteral("Composer"), QString::fromUtf8("Compositeur \xC3\xA9"), 1, 9,
+                     {}, 0, 0}};
+        d.groups = {QStringLiteral("Composer")};
+        d.details = {QStringLiteral("Name"), QStringLiteral("Milliseconds")};
+        definition = dir.filePath(QStringLiteral("tracks.vrd"));
+        QString error;
+        ASSERT_TRUE(WriteReportFile(d, definition, &error));
+    }
+
+    ToolRun run(const QStringList& arguments)
+    {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("TABULOR_SETTINGS"), dir.filePath(QStringLiteral("settings.ini")));
+        process.setProcessEnvironment(environment);
+        process.start(toolPath(), arguments);
+        EXPECT_TRUE(process.waitForFinished(60000));
+        return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+                QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+
+    QTemporaryDir dir;
+    QString definition;
+};
+
+} // namespace
+
+TEST_F(CommandLineTest, InfoPrintsTheDefinitionAsJsonUnderTheFileKeys)
+{
+    const ToolRun r = run({QStringLiteral("info"), definition, QStringLiteral("--json")});
+    ASSERT_EQ(r.status, 0) << r.err.toStdString();
+    const QJsonObject json = QJsonDocument::fromJson(r.out.toUtf8()).object();
+    EXPECT_EQ(json[QStringLiteral("RecordSource")].toString(), QStringLiteral("Track"));
+    EXPECT_EQ(json[QStringLiteral("GlobalInfo")][QStringLiteral("ReportTitle")].toString(),
+              QStringLiteral("Tracks"));
+    EXPECT_EQ(json[QStringLiteral("GlobalInfo")][QStringLiteral("Right")].toInt(), 720);
+    const QJsonArray styles = json[QStringLiteral("Styles")].toArray();
+    ASSERT_EQ(styles.size(), 11);
+    EXPECT_EQ(styles[8][QStringLiteral("Name")].toString(), QStringLiteral("Heading 1 Bottom"));
+    EXPECT_EQ(styles[8][QStringLiteral("Level")].toInt(), -100);
+    EXPECT_EQ(styles[5][QStringLiteral("FontSize")].toDouble(), 8.25);
+    EXPECT_EQ(json[QStringLiteral("Fields")][0][QStringLiteral("Title")].toString(),
+              QString::fromUtf8("Compositeur \xC3\xA9"));
+    EXPECT_EQ(json[QStringLiteral("Details")].toArray().size(), 2);
+
+    const ToolRun text = run({QStringLiteral("info"), definition});
+    ASSERT_EQ(text.status, 0);
+    EXPECT_TRUE(text.out.contains(QStringLiteral("Groups:           Composer")));
+}
+
+TEST_F(CommandLineTest, SaveWritesTheDefinitionBackAndCanPointItElsewhere)
+{
+    const QString copy = dir.filePath(QStringLiteral("copy.vrd"));
+    ASSERT_EQ(run({QStringLiteral("save"), definition, QStringLiteral("-o"), copy}).status, 0);
+    EXPECT_EQ(readBytes(copy), readBytes(definition));
+
+    QTemporaryDir other;
+    const QString moved = copyInto(other, sharedDataPath(QStringLiteral("sqlite_Chinook.sqlite")));
+    const QString repointed = dir.filePath(QStringLiteral("repointed.vrd"));
+    ASSERT_EQ(run({QStringLiteral("save"), definition, QStringLiteral("-o"), repointed,
+                   QStringLiteral("--database"), moved})
+                  .status,
+              0);
+    EXPECT_TRUE(readBytes(repointed).contains(("DataBaseName = " + moved + "\r\n").toUtf8()));
+
+    const ToolRun missing = run({QStringLiteral("save"), definition, QStringLiteral("-o"), repointed,
+                             QStringLiteral("--database"), dir.filePath(QStringLiteral("gone.db"))});
+    EXPECT_EQ(missing.status, 1);
+    // The earlier file is untouched by the failed save.
+    EXPECT_TRUE(readBytes(repointed).contains(moved.toUtf8()));
+}
+
+TEST_F(CommandLineTest, ABrokenDefinitionExitsWithTheMessageAndThePath)
+{
+    const QString broken = dir.filePath(QStringLiteral("broken.vrd"));
+    writeBytes(broken, "[General]\r\nVersion = 6\r\n");
+    const ToolRun r = run({QStringLiteral("info"), broken});
+    EXPECT_EQ(r.status, 1);
+    EXPECT_TRUE(r.err.contains(QStringLiteral("Invalid Data File, please try another.\n'") + broken + u'\''))
+        << r.err.toStdString();
+
+    const QString target = dir.filePath(QStringLiteral("target.vrd"));
+    EXPECT_EQ(run({QStringLiteral("save"), broken, QStringLiteral("-o"), target}).status, 1);
+    EXPECT_FALSE(QFile::exists(target));
+}
+
+TEST_F(CommandLineTest, SourcesListsTablesWithTheirKind)
+{
+    const ToolRun r = run({QStringLiteral("sources"), dir.filePath(QStringLiteral("sqlite_Chinook.sqlite")),
+                       QStringLiteral("--kind")});
+    ASSERT_EQ(r.status, 0);
+    const QStringList lines = r.out.split(u'\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 11);
+    EXPECT_EQ(lines.first(), QStringLiteral("table\tAlbum"));
+
+    const ToolRun bad = run({QStringLiteral("sources"), definition});
+    EXPECT_EQ(bad.status, 1);
+    EXPECT_FALSE(bad.err.isEmpty());
+}
+
+TEST_F(CommandLineTest, BadArgumentsPrintUsage)
+{
+    for (const QStringList& arguments :
+         {QStringList{}, QStringList{QStringLiteral("frobnicate")},
+          QStringList{QStringLiteral("info")}, QStringList{QStringLiteral("info"), definition, QStringLiteral("--bogus")},
+          QStringList{QStringLiteral("save"), definition}}) {
+        const ToolRun r = run(arguments);
+        EXPECT_EQ(r.status, 2) << arguments.join(u' ').toStdString();
+        EXPECT_TRUE(r.err.contains(QStringLiteral("Usage:")));
+    }
+    const ToolRun help = run({QStringLiteral("--help")});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_TRUE(help.out.contains(QStringLiteral("tabulor info FILE.vrd")));
+}

@@ -1,0 +1,137 @@
+#include "component/Designer.h"
+#include "component/Tabulor.h"
+
+#include "MemoryRecordset.h"
+#include "ScriptedPrompt.h"
+#include "TestSupport.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace tabulor;
+using namespace tabulor::test;
+
+namespace {
+
+// Records what the component asks of the designer window.
+class RecordingDesigner : public Designer
+{
+public:
+    void applyAccessMode(const AccessModeActions& actions) override { applied.append(actions); }
+    void setToolbarAllowed(bool allowed) override { toolbar = allowed; }
+    void runModal(bool showLayoutWindow) override
+    {
+        ++shown;
+        layoutShown = showLayoutWindow;
+    }
+    void setCaption(const QString& text) override { caption = text; }
+
+    QList<AccessModeActions> applied;
+    std::optional<bool> toolbar;
+    int shown = 0;
+    bool layoutShown = false;
+    QString caption;
+};
+
+} // namespace
+
+TEST(Tabulor, StartsWithItsDocumentedSettings)
+{
+    Tabulor component;
+    EXPECT_TRUE(component.ShowTabulor());
+    EXPECT_TRUE(component.AllowToolBar());
+    EXPECT_FALSE(component.ShowLayoutWindow());
+    EXPECT_EQ(component.AccessMode(), zrUse);
+}
+
+TEST(Tabulor, AccessModesDecideWhichCommandsTheDesignerOffers)
+{
+    Tabulor component;
+    RecordingDesigner designer;
+    component.setDesigner(&designer);
+    designer.applied.clear();
+
+    component.setAccessMode(zrUse);
+    component.setAccessMode(zrUseModify);
+    component.setAccessMode(zrUseModifyCreate);
+    ASSERT_EQ(designer.applied.size(), 3);
+    const AccessModeActions& use = designer.applied[0];
+    const AccessModeActions& modify = designer.applied[1];
+    const AccessModeActions& create = designer.applied[2];
+    EXPECT_EQ(use, AccessModeActions{});
+    EXPECT_TRUE(modify.mOpen && modify.mSave && modify.mSaveAs && modify.toolbarOpenSave);
+    EXPECT_FALSE(modify.mNew || modify.mOpenDatabase || modify.dataControlEnabled || modify.toolbarNew);
+    EXPECT_TRUE(create.mNew && create.mOpenDatabase && create.mSepDatabase && create.dataControlEnabled);
+
+    // A value that is no mode is kept and changes nothing else.
+    component.setAccessMode(3);
+    EXPECT_EQ(component.AccessMode(), 3);
+    EXPECT_EQ(component.session().accessMode(), 3);
+    EXPECT_EQ(designer.applied.size(), 3);
+
+    component.setAllowToolBar(false);
+    EXPECT_EQ(designer.toolbar, false);
+}
+
+TEST(Tabulor, DoReportLoadsTheDefinitionHeadless)
+{
+    QTemporaryDir dir;
+    copyInto(dir, sharedDataPath(QStringLiteral("sqlite_Chinook.sqlite")));
+    ReportDefinition d;
+    ApplyBuiltInStyles(d, {});
+    d.DataBaseName = QStringLiteral("sqlite_Chinook.sqlite");
+    d.RecordSource = QStringLiteral("Artist");
+    const QString path = dir.filePath(QStringLiteral("artists.vrd"));
+    QString error;
+    ASSERT_TRUE(WriteReportFile(d, path, &error));
+
+    ScriptedPrompt prompt;
+    Tabulor component(&prompt);
+    component.session().setSettingsPath(dir.filePath(QStringLiteral("none.ini")));
+    component.setShowTabulor(false);
+    ASSERT_TRUE(component.DoReport(path));
+    EXPECT_EQ(component.session().definition().CurrentFileName, path);
+    EXPECT_FALSE(component.session().definition().Dirty);
+    EXPECT_TRUE(component.session().data().RecordSourceOpen());
+    EXPECT_TRUE(prompt.messages.isEmpty());
+}
+
+TEST(Tabulor, DoReportTellsTheUserWhenTheFileIsNoDefinition)
+{
+    ScriptedPrompt prompt;
+    Tabulor component(&prompt);
+    component.setShowTabulor(false);
+    MemoryRecordset host = MemoryRecordset::numbered(5);
+    EXPECT_FALSE(component.DoReport(QStringLiteral("/no/such/report.vrd"), &host));
+    ASSERT_EQ(prompt.messages.size(), 1);
+    EXPECT_EQ(prompt.messages.first(),
+              QStringLiteral("Invalid Data File, please try another.\r\n'/no/such/report.vrd'"));
+    // The host's recordset is let go.
+    EXPECT_EQ(component.session().data().hostRecordset(), nullptr);
+}
+
+TEST(Tabulor, OnlyARecordsetIsAdoptedAsTheSource)
+{
+    Tabulor component;
+    component.setShowTabulor(false);
+    NotARecordset other;
+    ASSERT_TRUE(component.DoReport(QString(), &other));
+    EXPECT_EQ(component.session().data().hostRecordset(), nullptr);
+
+    MemoryRecordset host = MemoryRecordset::numbered(2);
+    ASSERT_TRUE(component.DoReport(QString(), &host));
+    EXPECT_EQ(component.session().data().hostRecordset(), &host);
+}
+
+TEST(Tabulor, WithTheDesignerShownDoReportWaitsForIt)
+{
+    Tabulor component;
+    RecordingDesigner designer;
+    component.setDesigner(&designer);
+    component.setShowLayoutWindow(true);
+    ASSERT_TRUE(component.DoReport(QString()));
+    EXPECT_EQ(designer.shown, 1);
+    EXPECT_TRUE(designer.layoutShown);
+    EXPECT_EQ(designer.caption, QStringLiteral("Brintel Tabulor"));
+}

@@ -68,6 +68,9 @@ std::unique_ptr<Recordset> SqliteDataSource::openRecordSource(const QString& nam
 
 std::optional<qint64> SqliteDataSource::countRows(const QString& name)
 {
+    // The engine would also find a name that differs in case; record sources match exactly.
+    if (!m_connection->hasRecordSource(name))
+        return std::nullopt;
     return m_connection->countRows(name);
 }
 

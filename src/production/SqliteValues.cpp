@@ -171,13 +171,15 @@ QVariant withZone(QDate date, QTime time, QStringView zone)
 
 std::optional<qint16> fieldTypeForDeclaredType(QByteArrayView declared)
 {
-    const QByteArray upper = declared.toByteArray().simplified().toUpper();
-    const QByteArray name = upper.left(upper.indexOf('(')).trimmed();
+    // The name without its size or precision: "NUMERIC (10, 2)" is a NUMERIC.
+    const QByteArray upper = declared.toByteArray().toUpper();
+    const QByteArray name =
+        upper.first(upper.contains('(') ? upper.indexOf('(') : upper.size()).simplified();
     if (name.isEmpty())
         return std::nullopt;
     if (const auto type = knownType(name))
         return type;
-    if (const auto type = knownType(name.left(name.indexOf(' '))))
+    if (const auto type = knownType(name.split(' ').constFirst()))
         return type;
     if (name.contains("INT"))
         return FieldLong;

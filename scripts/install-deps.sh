@@ -8,7 +8,7 @@ packages=(
     build-essential cmake ninja-build ccache pkg-config git
     qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite qt6-qpa-plugins libgl1-mesa-dev
     libgtest-dev googletest
-    sqlite3 python3
+    sqlite3 libsqlite3-dev python3
     fonts-wine fonts-dejavu-core fontconfig
     poppler-utils
 )

@@ -2,7 +2,9 @@
 
 #include "definition/DefaultStyle.h"
 #include "production/DatabaseLocation.h"
+#include "production/ReportGridBuilder.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 
@@ -123,7 +125,7 @@ bool ReportSession::ReadReportFile(const QString& path, const ProfileFile& file,
 
     m_definition.groups.clear();
     m_definition.details.clear();
-    m_data.OpenDataSource(databaseName, recordSource, path);
+    OpenDataSource(databaseName, recordSource, path);
     m_definition.DataBaseName = databaseName;
     m_definition.RecordSource = recordSource;
     m_definition.global = staged->global;
@@ -131,6 +133,7 @@ bool ReportSession::ReadReportFile(const QString& path, const ProfileFile& file,
     m_definition.fields = staged->fields;
     placeFields(staged->groups, m_definition.groups, m_data.availableFields());
     placeFields(staged->details, m_definition.details, m_data.availableFields());
+    rebuildReport();
     return true;
 }
 
@@ -169,6 +172,119 @@ void ReportSession::tellUser(const QString& text, PromptIcon icon)
 void ReportSession::UpdateStatus(const QString& text)
 {
     Q_EMIT statusChanged(text);
+}
+
+} // namespace tabulor
+
+namespace tabulor {
+
+namespace {
+
+// The display format a new field gets for its type.
+QString defaultFormat(qint16 fieldType)
+{
+    switch (fieldType) {
+    case FieldSingle:
+    case FieldDouble:
+    case FieldFloat:
+    case FieldDecimal:
+    case FieldNumeric:
+        return QStringLiteral("#.##");
+    case FieldCurrency:
+        return QStringLiteral("($#,###.##)");
+    case FieldDate:
+        return QStringLiteral("Medium Date");
+    default:
+        return QString();
+    }
+}
+
+} // namespace
+
+void ReportSession::OpenDataSource(const QString& databasePath, const QString& recordSourceName,
+                                   const QString& definitionPath)
+{
+    Q_EMIT busyChanged(true);
+    m_data.OpenDataSource(databasePath, recordSourceName, definitionPath);
+    rebuildReport();
+    Q_EMIT busyChanged(false);
+    UpdateStatus(QString());
+}
+
+void ReportSession::selectRecordSource(const QString& name)
+{
+    if (name == m_data.RecordSourceName())
+        return;
+    m_definition.groups.clear();
+    m_definition.details.clear();
+    OpenDataSource(m_data.DatabasePath(), name, m_data.definitionPath());
+    m_definition.RecordSource = name;
+
+    const OutlineGrid& grid = m_data.grid();
+    m_definition.fields.clear();
+    for (int c = 0; c < grid.columnCount(); ++c) {
+        const GridColumn& column = grid.column(c);
+        ReportField field;
+        field.ID = field.Title = column.title;
+        field.Sort = 1;
+        field.Format = defaultFormat(column.type);
+        field.Aggregate = 0;
+        field.Align = column.alignment;
+        field.Width = 0;
+        m_definition.fields.append(field);
+    }
+    m_definition.Dirty = true;
+    rebuildReport();
+}
+
+void ReportSession::pumpEvents()
+{
+    if (m_eventPump)
+        m_eventPump();
+    else if (QCoreApplication::instance())
+        QCoreApplication::processEvents();
+}
+
+void ReportSession::rebuildReport()
+{
+    if (!m_data.RecordSourceOpen())
+        return;
+    if (m_building) {
+        m_rebuildRequested = true;
+        return;
+    }
+    const bool workingView = !m_data.UnlimitedRows();
+    do {
+        m_building = true;
+        m_rebuildRequested = false;
+        Q_EMIT busyChanged(true);
+        UpdateStatus(m_strings.text(Message::UPDATINGREPORT) + QStringLiteral("..."));
+        if (workingView) {
+            pumpEvents();
+            if (m_rebuildRequested)
+                continue;
+        }
+        buildReportGrid(m_data.grid(), m_definition, m_collator);
+        Q_EMIT reportBuilt();
+        if (workingView)
+            pumpEvents();
+    } while (m_rebuildRequested);
+    UpdateStatus(QString());
+    m_building = false;
+    Q_EMIT busyChanged(false);
+}
+
+void ReportSession::resizeColumn(int gridColumn, float width)
+{
+    OutlineGrid& grid = m_data.grid();
+    if (width > 0 && gridColumn >= 0 && gridColumn < grid.columnCount()) {
+        grid.column(gridColumn).width = width;
+        const int field = FindField(m_definition.fields, grid.column(gridColumn).title);
+        if (field >= 0)
+            m_definition.fields[field].Width = width;
+    }
+    rebuildReport();
+    m_definition.Dirty = true;
 }
 
 } // namespace tabulor

@@ -6,9 +6,11 @@
 #include "localisation/StringTable.h"
 #include "production/ReportData.h"
 
+#include <QCollator>
 #include <QObject>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 namespace tabulor {
@@ -68,13 +70,34 @@ public:
     // Status and progress text; empty for the default status.
     void UpdateStatus(const QString& text);
 
+    // Opens a database and record source and rebuilds the report over it.
+    void OpenDataSource(const QString& databasePath, const QString& recordSourceName,
+                        const QString& definitionPath = QString());
+    // The user picked another record source: the field table starts again from its fields,
+    // with nothing grouped or placed.
+    void selectRecordSource(const QString& name);
+    // Rebuilds the report grid from the definition. A request while a rebuild runs (from the
+    // events it lets through) makes the running one start over instead of nesting.
+    void rebuildReport();
+    bool Building() const { return m_building; }
+    bool RebuildRequested() const { return m_rebuildRequested; }
+    // What lets pending events through during a rebuild of the working view; by default the
+    // application's event loop, if there is one.
+    void setEventPump(std::function<void()> pump) { m_eventPump = std::move(pump); }
+    // The user dragged a grid column to a new width (twips).
+    void resizeColumn(int gridColumn, float width);
+
 Q_SIGNALS:
     void statusChanged(const QString& text);
+    void busyChanged(bool busy);
+    // A rebuild pass has laid out the report.
+    void reportBuilt();
 
 private:
     bool ReadReportFile(const QString& path, const ProfileFile& file,
                         const std::optional<QString>& database);
     bool databaseOpens(const QString& name, const QString& definitionPath);
+    void pumpEvents();
 
     ReportDefinition m_definition;
     ReportData m_data;
@@ -84,6 +107,10 @@ private:
     QString m_settingsPath;
     qint32 m_accessMode = 0;
     std::optional<DefinitionReadError> m_lastReadError;
+    QCollator m_collator;
+    std::function<void()> m_eventPump;
+    bool m_building = false;
+    bool m_rebuildRequested = false;
 };
 
 } // namespace tabulor

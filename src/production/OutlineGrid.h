@@ -1,10 +1,14 @@
 #pragma once
 
+#include "production/CellValue.h"
+#include "production/ColumnCells.h"
 #include "production/FieldType.h"
 
 #include <QList>
 #include <QString>
 #include <QVariant>
+
+#include <vector>
 
 namespace tabulor {
 
@@ -12,15 +16,52 @@ struct GridColumn
 {
     QString title; // the field name, shown in the title row
     qint16 type = FieldText;
-    qint16 alignment = AlignLeftTop;
+    qint16 alignment = AlignLeftTop; // 0 left, 3 centre, 6 right (top-aligned codes)
+    QString format;                  // display format; empty shows the value's own text
+    qint16 sort = 0;                 // 0 none, 1 ascending, 2 descending
+    float width = 0;                 // twips; 0 fits the content
 };
 
-// The report grid: the columns of the record source and the rows loaded from it, stored
-// column by column.
+enum class RowKind : quint8
+{
+    Data,    // one record
+    Opening, // a group's heading row, above the group
+    Closing, // a group's closing row with its totals, below the group
+};
+
+// One row of the report body (the title row is not among them).
+struct GridRow
+{
+    qint32 record = -1;  // the record shown; for group rows the group's first record
+    qint32 outline = -1; // group rows: index into the outline entries
+    qint16 level = 0;    // group rows: the outline level (0, 1, 2 opening; -100, -99, -98 closing)
+    qint16 style = 5;    // index into the style table
+    RowKind kind = RowKind::Data;
+    quint8 depth = 0; // group rows: the group level, 0 for the outermost
+
+    bool isGroupRow() const { return kind != RowKind::Data; }
+};
+
+// A group row's caption and totals.
+struct OutlineEntry
+{
+    QString caption; // "%s" stands for the group's value
+    struct Total
+    {
+        int column;       // grid column
+        qint16 aggregate; // 1 Sum ... 7 Std. Dev.
+        CellValue value;
+    };
+    std::vector<Total> totals;
+};
+
+// The report grid: the columns and records of the record source, and the report laid out
+// over them: which columns show in which order, and the body rows (records in report order
+// with the group rows between them).
 class OutlineGrid
 {
 public:
-    // No columns and no rows: only the (empty) title row.
+    // No columns, no records, no report.
     void clear();
 
     void setColumns(const QList<GridColumn>& columns);
@@ -28,18 +69,33 @@ public:
     const GridColumn& column(int index) const { return m_columns.at(index); }
     GridColumn& column(int index) { return m_columns[index]; }
 
-    // Appends one row; missing cells are empty.
+    // Appends one record; missing cells are empty.
     void appendRow(const QList<QVariant>& cells);
-    qsizetype rowCount() const { return m_rowCount; }
-    const QVariant& cell(qsizetype row, int column) const { return m_cells.at(column).at(row); }
+    qsizetype recordCount() const { return m_recordCount; }
+    const CellValue& cell(qsizetype record, int column) const { return m_cells[column].at(record); }
+    QVariant value(qsizetype record, int column) const { return m_cells[column].value(record); }
+    const ColumnCells& cells(int column) const { return m_cells[column]; }
 
     // The first column whose title equals name exactly, or -1.
     int FindGridColumn(const QString& name) const;
 
+    // The report: grid columns in the order they show, and the body rows.
+    const QList<int>& reportColumns() const { return m_reportColumns; }
+    void setReportColumns(const QList<int>& columns) { m_reportColumns = columns; }
+    std::vector<GridRow>& rows() { return m_rows; }
+    const std::vector<GridRow>& rows() const { return m_rows; }
+    std::vector<OutlineEntry>& outlines() { return m_outlines; }
+    const std::vector<OutlineEntry>& outlines() const { return m_outlines; }
+    // Drops the report layout and lists every record once, in load order.
+    void resetRows();
+
 private:
     QList<GridColumn> m_columns;
-    QList<QList<QVariant>> m_cells; // per column
-    qsizetype m_rowCount = 0;
+    std::vector<ColumnCells> m_cells; // per column
+    qsizetype m_recordCount = 0;
+    QList<int> m_reportColumns;
+    std::vector<GridRow> m_rows;
+    std::vector<OutlineEntry> m_outlines;
 };
 
 } // namespace tabulor

@@ -25,14 +25,13 @@ void ReportData::OpenDataSource(const QString& databasePath, const QString& reco
     m_databasePath = databasePath;
     m_databaseShortName.clear();
     m_recordSourceName = recordSourceName;
-    m_openedPath.clear();
+    m_definitionPath = definitionPath;
 
     if (m_hostRecordset) {
         m_recordSourceOpen = true;
     } else if (!databasePath.isEmpty()) {
         QString error;
-        m_openedPath = resolveDatabasePath(databasePath, definitionPath);
-        m_database = openDatabase(m_openedPath, &error);
+        m_database = openDatabase(resolveDatabasePath(databasePath, definitionPath), &error);
         if (!m_database) {
             m_databasePath.clear();
             m_recordSourceName.clear();
@@ -78,7 +77,7 @@ void ReportData::LoadRowsIntoGrid()
     if (!records)
         return;
     copyRows(*records, recordLimit);
-    const qint64 loadedRecords = m_grid.rowCount();
+    const qint64 loadedRecords = m_grid.recordCount();
     qint64 totalRecords = loadedRecords;
     if (recordLimit >= 0 && loadedRecords == recordLimit)
         totalRecords = m_database->countRows(m_recordSourceName).value_or(loadedRecords);
@@ -94,7 +93,7 @@ void ReportData::LoadRowsFromRecordset()
         return;
     Recordset& source = *m_hostRecordset;
     copyRows(source, m_unlimitedRows ? -1 : kWorkingViewRows);
-    const qint64 copied = m_grid.rowCount();
+    const qint64 copied = m_grid.recordCount();
     m_loadedRowCount = copied;
     m_totalRowCount = std::max(source.recordCount(), copied);
     if (copied < kWorkingViewRows)
@@ -106,15 +105,18 @@ void ReportData::copyRows(Recordset& source, qsizetype recordLimit)
     QList<GridColumn> columns;
     const int fieldCount = std::max(source.fieldCount(), 0);
     for (int i = 0; i < fieldCount; ++i) {
-        const qint16 type = source.fieldType(i);
-        columns.append(GridColumn{source.fieldName(i), type, AlignmentForFieldType(type)});
+        GridColumn column;
+        column.title = source.fieldName(i);
+        column.type = source.fieldType(i);
+        column.alignment = AlignmentForFieldType(column.type);
+        columns.append(column);
     }
     m_grid.setColumns(columns);
 
     // A failed move ends the copy; the rows copied so far stay.
     QList<QVariant> cells(fieldCount);
     bool ok = source.moveFirst();
-    while (ok && !source.atEnd() && (recordLimit < 0 || m_grid.rowCount() < recordLimit)) {
+    while (ok && !source.atEnd() && (recordLimit < 0 || m_grid.recordCount() < recordLimit)) {
         for (int i = 0; i < fieldCount; ++i)
             cells[i] = source.value(i);
         m_grid.appendRow(cells);

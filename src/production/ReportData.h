@@ -41,6 +41,8 @@ public:
     const QString& DatabasePath() const { return m_databasePath; }
     const QString& DatabaseShortName() const { return m_databaseShortName; }
     const QString& RecordSourceName() const { return m_recordSourceName; }
+    // The definition file whose folder a relative database path was found from.
+    const QString& definitionPath() const { return m_definitionPath; }
     DataSource* CurrentDatabase() const { return m_database.get(); }
 
     // Both counts follow the grid: through a database they count the title row too, through
@@ -66,7 +68,7 @@ private:
     bool m_recordSourceOpen = false;
     bool m_unlimitedRows = false;
     QString m_databasePath;
-    QString m_openedPath;
+    QString m_definitionPath;
     QString m_databaseShortName;
     QString m_recordSourceName;
     qint64 m_totalRowCount = 0;

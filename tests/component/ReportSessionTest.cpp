@@ -1,4 +1,5 @@
 #include "component/ReportSession.h"
+#include "production/ReportGridBuilder.h"
 
 #include "MemoryRecordset.h"
 #include "ScriptedPrompt.h"
@@ -35,13 +36,15 @@ protected:
         d.global.SubtotalPosition = 1;
         d.styles[StyleDetailBody].FontItalic = true;
         d.fields = {{QStringLiteral("BillingCountry"), QStringLiteral("Country"), 1, 9, {}, 0, 0},
-                    {QStringLiteral("Total"), QStringLiteral("Total"), 0, 6, QStringLiteral("0.00"), 1, 900}};
+                    {QStringLiteral("Total"), QStringLiteral("Total"), 0, 6, QStringLiteral("0.00"),
+                     1, 900}};
         d.groups = {QStringLiteral("BillingCountry")};
         d.details = {QStringLiteral("InvoiceDate"), QStringLiteral("Total")};
         return d;
     }
 
-    QString writeDefinition(const ReportDefinition& d, const QString& name = QStringLiteral("invoices.vrd"))
+    QString writeDefinition(const ReportDefinition& d,
+                            const QString& name = QStringLiteral("invoices.vrd"))
     {
         const QString path = dir.filePath(name);
         QString error;
@@ -85,13 +88,13 @@ TEST_F(ReportSessionTest, TheWorkingViewHoldsTheTitleRowAnd249Records)
 {
     ASSERT_TRUE(session.OpenReportFile(definitionPath));
     ReportData& data = session.data();
-    EXPECT_EQ(data.grid().rowCount(), 249);
+    EXPECT_EQ(data.grid().recordCount(), 249);
     EXPECT_EQ(data.LoadedRowCount(), 250);
     EXPECT_EQ(data.TotalRowCount(), 413); // 412 invoices and the title row
 
     data.setUnlimitedRows(true);
     data.LoadRowsIntoGrid();
-    EXPECT_EQ(data.grid().rowCount(), 412);
+    EXPECT_EQ(data.grid().recordCount(), 412);
     EXPECT_EQ(data.LoadedRowCount(), 413);
     EXPECT_EQ(data.TotalRowCount(), 413);
     const int total = data.grid().FindGridColumn(QStringLiteral("Total"));
@@ -106,7 +109,7 @@ TEST(HostRecordsetCounts, CountRecordsNotGridRows)
     data.setHostRecordset(&big);
     data.OpenDataSource(QString(), QString());
     EXPECT_TRUE(data.RecordSourceOpen());
-    EXPECT_EQ(data.grid().rowCount(), 250);
+    EXPECT_EQ(data.grid().recordCount(), 250);
     EXPECT_EQ(data.LoadedRowCount(), 250);
     EXPECT_EQ(data.TotalRowCount(), 300);
 
@@ -124,7 +127,7 @@ TEST(HostRecordsetCounts, CountRecordsNotGridRows)
     data.setHostRecordset(&big);
     data.setUnlimitedRows(true);
     data.LoadRowsIntoGrid();
-    EXPECT_EQ(data.grid().rowCount(), 300);
+    EXPECT_EQ(data.grid().recordCount(), 300);
 }
 
 TEST_F(ReportSessionTest, ADatabaseIsFoundBesideTheDefinition)
@@ -180,7 +183,8 @@ TEST_F(ReportSessionTest, FilesThatAreNoDefinitionsFail)
     writeBytes(dir.filePath(QStringLiteral("bad-width.vrd")),
                QByteArray(good).replace("Width =  900 ", "Width = wide"));
     const ReportDefinition before = session.definition();
-    for (const char* name : {"missing.vrd", "empty.vrd", "no-version.vrd", "binary.vrd", "bad-width.vrd"}) {
+    for (const char* name :
+         {"missing.vrd", "empty.vrd", "no-version.vrd", "binary.vrd", "bad-width.vrd"}) {
         EXPECT_FALSE(session.OpenReportFile(dir.filePath(QString::fromLatin1(name)))) << name;
         EXPECT_EQ(session.definition(), before) << name;
     }
@@ -192,9 +196,9 @@ TEST_F(ReportSessionTest, FilesThatAreNoDefinitionsFail)
 TEST(PlacingFields, TakesTheExactNameAndKeepsUnknownOnes)
 {
     ReportSession session;
-    MemoryRecordset host({{QStringLiteral("Name"), 10}, {QStringLiteral("name"), 10},
-                          {QStringLiteral("Total"), 5}},
-                         {});
+    MemoryRecordset host(
+        {{QStringLiteral("Name"), 10}, {QStringLiteral("name"), 10}, {QStringLiteral("Total"), 5}},
+        {});
     session.data().setHostRecordset(&host);
     QTemporaryDir dir;
     ReportDefinition d;
@@ -225,4 +229,74 @@ TEST_F(ReportSessionTest, TheDefaultLookIsKeptInTheSettingsFileBesideOtherKeys)
     EXPECT_EQ(other.definition().styles[StyleDetailBody].FontName, QStringLiteral("DejaVu Serif"));
     EXPECT_EQ(other.definition().global.Columns, QStringLiteral("3"));
     EXPECT_TRUE(readBytes(session.settingsPath()).startsWith("[mru]\r\n0file=/reports/a.vrd\r\n"));
+}
+
+TEST_F(ReportSessionTest, RequestsDuringARebuildGiveExactlyOneMorePass)
+{
+    ASSERT_TRUE(session.OpenReportFile(definitionPath));
+    int passes = 0;
+    QObject::connect(&session, &ReportSession::reportBuilt, [&] { ++passes; });
+
+    // Three layout changes arrive while the pass lets events through after building.
+    int pumps = 0;
+    session.setEventPump([&] {
+        if (++pumps == 2) {
+            for (int i = 0; i < 3; ++i)
+                session.rebuildReport();
+            EXPECT_TRUE(session.RebuildRequested());
+        }
+    });
+    session.rebuildReport();
+    EXPECT_EQ(passes, 2);
+    EXPECT_FALSE(session.Building());
+
+    // A full report lets no events through, so nothing can interrupt it.
+    passes = pumps = 0;
+    session.data().setUnlimitedRows(true);
+    session.rebuildReport();
+    EXPECT_EQ(pumps, 0);
+    EXPECT_EQ(passes, 1);
+
+    // Without an open record source there is nothing to build.
+    session.data().reset();
+    session.rebuildReport();
+    EXPECT_EQ(passes, 1);
+}
+
+TEST_F(ReportSessionTest, ChoosingARecordSourceStartsTheFieldsAfresh)
+{
+    ASSERT_TRUE(session.OpenReportFile(definitionPath));
+    session.selectRecordSource(QStringLiteral("Track"));
+    const ReportDefinition& d = session.definition();
+    EXPECT_TRUE(d.Dirty);
+    EXPECT_TRUE(d.groups.isEmpty());
+    EXPECT_TRUE(d.details.isEmpty());
+    ASSERT_EQ(d.fields.size(), 9);
+    EXPECT_EQ(d.fields[0].ID, QStringLiteral("TrackId"));
+    EXPECT_EQ(d.fields[0].Title, QStringLiteral("TrackId"));
+    EXPECT_EQ(d.fields[0].Sort, 1);
+    EXPECT_EQ(d.fields[0].Align, AlignRightTop);
+    EXPECT_EQ(d.fields[1].Align, AlignLeftTop);
+    const int price = FindField(d.fields, QStringLiteral("UnitPrice"));
+    ASSERT_GE(price, 0);
+    EXPECT_EQ(d.fields[price].Format, QStringLiteral("#.##")); // declared NUMERIC(10,2)
+    EXPECT_EQ(session.data().availableFields().size(), 9);
+
+    // Choosing the same source again changes nothing.
+    session.definition().details = {QStringLiteral("Name")};
+    session.selectRecordSource(QStringLiteral("Track"));
+    EXPECT_EQ(session.definition().details, QStringList{QStringLiteral("Name")});
+}
+
+TEST_F(ReportSessionTest, ResizingAColumnStoresItsWidth)
+{
+    ASSERT_TRUE(session.OpenReportFile(definitionPath));
+    const int total = session.data().grid().FindGridColumn(QStringLiteral("Total"));
+    session.resizeColumn(total, 1234.5f);
+    EXPECT_EQ(session.definition().fields[1].Width, 1234.5f);
+    EXPECT_TRUE(session.definition().Dirty);
+    session.definition().Dirty = false;
+    session.resizeColumn(total, 0);
+    EXPECT_EQ(session.definition().fields[1].Width, 1234.5f);
+    EXPECT_TRUE(session.definition().Dirty);
 }

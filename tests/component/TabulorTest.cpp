@@ -1,5 +1,5 @@
-#include "component/Designer.h"
 #include "component/Tabulor.h"
+#include "component/Designer.h"
 
 #include "MemoryRecordset.h"
 #include "ScriptedPrompt.h"
@@ -61,8 +61,10 @@ TEST(Tabulor, AccessModesDecideWhichCommandsTheDesignerOffers)
     const AccessModeActions& create = designer.applied[2];
     EXPECT_EQ(use, AccessModeActions{});
     EXPECT_TRUE(modify.mOpen && modify.mSave && modify.mSaveAs && modify.toolbarOpenSave);
-    EXPECT_FALSE(modify.mNew || modify.mOpenDatabase || modify.dataControlEnabled || modify.toolbarNew);
-    EXPECT_TRUE(create.mNew && create.mOpenDatabase && create.mSepDatabase && create.dataControlEnabled);
+    EXPECT_FALSE(modify.mNew || modify.mOpenDatabase || modify.dataControlEnabled ||
+                 modify.toolbarNew);
+    EXPECT_TRUE(create.mNew && create.mOpenDatabase && create.mSepDatabase &&
+                create.dataControlEnabled);
 
     // A value that is no mode is kept and changes nothing else.
     component.setAccessMode(3);

@@ -1,0 +1,105 @@
+#include "production/GroupedRows.h"
+
+namespace tabulor {
+
+namespace {
+
+QList<SortKey> groupKeys(const GroupPlan& plan)
+{
+    QList<SortKey> keys;
+    for (const GroupLevel& level : plan.levels)
+        keys.append(SortKey{level.column, false});
+    return keys;
+}
+
+} // namespace
+
+qint16 outlineLevel(RowKind kind, int depth)
+{
+    return static_cast<qint16>(kind == RowKind::Closing ? -100 + depth : depth);
+}
+
+GroupedRows::GroupedRows(const OutlineGrid& grid, GroupPlan plan, std::vector<double> grandTotals,
+                         std::vector<GridRow>& rows, std::vector<OutlineEntry>& outlines)
+    : m_grid(grid), m_plan(std::move(plan)), m_grandTotals(std::move(grandTotals)), m_rows(rows),
+      m_outlines(outlines), m_groupOrder(grid, groupKeys(m_plan), QCollator()),
+      m_firstRecord(m_plan.levels.size(), -1),
+      m_accumulators(m_plan.levels.size(), std::vector<Accumulator>(m_plan.totals.size()))
+{
+}
+
+void GroupedRows::add(qint32 record)
+{
+    const int levels = static_cast<int>(m_plan.levels.size());
+    int changed = m_previous < 0 ? 0 : levels;
+    for (int level = 0; level < levels && changed == levels; ++level) {
+        if (m_groupOrder.compare(level, m_previous, record) != 0)
+            changed = level;
+    }
+    if (m_previous >= 0) {
+        for (int level = levels - 1; level >= changed; --level)
+            close(level);
+    }
+    for (int level = changed; level < levels; ++level)
+        open(level, record);
+
+    GridRow row;
+    row.record = record;
+    m_rows.push_back(row);
+    for (auto& perLevel : m_accumulators) {
+        for (size_t t = 0; t < m_plan.totals.size(); ++t)
+            perLevel[t].add(m_grid.cell(record, m_plan.totals[t].column));
+    }
+    m_previous = record;
+}
+
+void GroupedRows::finish()
+{
+    if (m_previous < 0)
+        return;
+    for (int level = static_cast<int>(m_plan.levels.size()) - 1; level >= 0; --level)
+        close(level);
+    m_previous = -1;
+}
+
+void GroupedRows::open(int depth, qint32 record)
+{
+    m_firstRecord[static_cast<size_t>(depth)] = record;
+    for (Accumulator& a : m_accumulators[static_cast<size_t>(depth)])
+        a.reset();
+    if (!m_plan.opening)
+        return;
+    m_outlines.push_back(
+        OutlineEntry{m_plan.levels[static_cast<size_t>(depth)].openingCaption, {}});
+    GridRow row;
+    row.record = record;
+    row.outline = static_cast<qint32>(m_outlines.size() - 1);
+    row.kind = RowKind::Opening;
+    row.depth = static_cast<quint8>(depth);
+    row.level = outlineLevel(RowKind::Opening, depth);
+    m_rows.push_back(row);
+}
+
+void GroupedRows::close(int depth)
+{
+    if (!m_plan.closing)
+        return;
+    OutlineEntry entry{m_plan.levels[static_cast<size_t>(depth)].closingCaption, {}};
+    const auto& accumulators = m_accumulators[static_cast<size_t>(depth)];
+    for (size_t t = 0; t < m_plan.totals.size(); ++t) {
+        const TotalColumn& total = m_plan.totals[t];
+        entry.totals.push_back(
+            OutlineEntry::Total{total.column, total.aggregate,
+                                accumulators[t].result(total.aggregate, m_grandTotals[t])});
+    }
+    m_outlines.push_back(std::move(entry));
+    GridRow row;
+    row.record = m_firstRecord[static_cast<size_t>(depth)];
+    row.outline = static_cast<qint32>(m_outlines.size() - 1);
+    row.kind = RowKind::Closing;
+    row.depth = static_cast<quint8>(depth);
+    row.level = outlineLevel(RowKind::Closing, depth);
+    m_rows.push_back(row);
+}
+
+} // namespace tabulor

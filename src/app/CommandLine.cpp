@@ -2,6 +2,8 @@
 
 #include "component/ReportSession.h"
 
+#include <QFileInfo>
+
 #include <cstdio>
 
 namespace tabulor::cli {
@@ -10,8 +12,14 @@ QString usageText()
 {
     return QStringLiteral(
         "Usage:\n"
-        "  tabulor info FILE.vrd [--json]\n"
-        "      Loads a report definition and prints it.\n"
+        "  tabulor info FILE.vrd [--json] [--rows N [--all]]\n"
+        "      Loads a report definition and prints it; with --rows also the first N rows of\n"
+        "      the report body, over the working view (250 records) or, with --all, over\n"
+        "      every record.\n"
+        "  tabulor new --database DB --source NAME [--group FIELD]... [--detail FIELD]...\n"
+        "              [--sort FIELD=asc|desc|none]... [--total FIELD=sum|percent|count|avg|\n"
+        "              max|min|stddev]... [--subtotals above|below|both] -o OUT.vrd\n"
+        "      Makes a new definition as the designer would.\n"
         "  tabulor save IN.vrd -o OUT.vrd [--database PATH]\n"
         "      Loads a definition and writes it back, optionally pointed at another database.\n"
         "  tabulor sources DATABASE [--kind]\n"
@@ -31,6 +39,12 @@ int usageError(const QString& problem)
         printError(QStringLiteral("tabulor: ") + problem);
     printError(usageText());
     return kExitUsage;
+}
+
+QString databaseArgument(const QString& name)
+{
+    const QFileInfo file(name);
+    return file.exists() ? file.absoluteFilePath() : name;
 }
 
 void printOut(const QString& text)

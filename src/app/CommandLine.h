@@ -20,6 +20,10 @@ inline constexpr int kExitUsage = 2;
 int usageError(const QString& problem = QString());
 QString usageText();
 
+// A database given on the command line: files are stored with their absolute path, so that
+// the definition finds them wherever it is saved; server names stand as given.
+QString databaseArgument(const QString& name);
+
 void printOut(const QString& text);
 void printError(const QString& text);
 
@@ -29,6 +33,7 @@ bool loadDefinition(ReportSession& session, const QString& path,
                     const std::optional<QString>& database = std::nullopt);
 
 int runInfo(const QStringList& arguments);
+int runNew(const QStringList& arguments);
 int runSave(const QStringList& arguments);
 int runSources(const QStringList& arguments);
 

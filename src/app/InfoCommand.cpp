@@ -2,9 +2,12 @@
 #include "app/DefinitionJson.h"
 
 #include "component/ReportSession.h"
+#include "production/GridText.h"
 
 #include <QCommandLineParser>
+#include <QJsonArray>
 #include <QJsonDocument>
+#include <QLocale>
 
 namespace tabulor::cli {
 
@@ -80,27 +83,94 @@ QString definitionText(const QString& path, const ReportDefinition& d)
     return lines.join(u'\n');
 }
 
+QString styleName(const ReportDefinition& d, int style)
+{
+    return style >= 0 && style < kStyleCount ? d.styles[style].name : QString();
+}
+
+// The first rows of the report body.
+std::vector<GridRow> firstRows(const OutlineGrid& grid, qsizetype count)
+{
+    const auto& rows = grid.rows();
+    const auto end = rows.begin() + std::min<qsizetype>(count, static_cast<qsizetype>(rows.size()));
+    return std::vector<GridRow>(rows.begin(), end);
+}
+
+QJsonArray rowsJson(const ReportSession& session, qsizetype count)
+{
+    const OutlineGrid& grid = session.data().grid();
+    const GridText text(grid, FormatLocale::fromQLocale(QLocale()));
+    QJsonArray rows;
+    for (const GridRow& row : firstRows(grid, count)) {
+        rows.append(QJsonObject{
+            {QStringLiteral("Outline"), row.isGroupRow()},
+            {QStringLiteral("Level"), row.isGroupRow() ? row.level : 0},
+            {QStringLiteral("Style"), styleName(session.definition(), row.style)},
+            {QStringLiteral("Cells"), QJsonArray::fromStringList(text.rowTexts(row))},
+        });
+    }
+    return rows;
+}
+
+QString rowsText(const ReportSession& session, qsizetype count)
+{
+    const OutlineGrid& grid = session.data().grid();
+    const GridText text(grid, FormatLocale::fromQLocale(QLocale()));
+    QStringList titles;
+    for (int column : grid.reportColumns())
+        titles.append(grid.column(column).title);
+    QStringList lines{QStringLiteral("Rows (style | cells):"),
+                      QStringLiteral("  %1 | %2")
+                          .arg(session.definition().styles[StyleDetailTitle].name,
+                               titles.join(QStringLiteral(" | ")))};
+    for (const GridRow& row : firstRows(grid, count)) {
+        lines.append(QStringLiteral("  %1 | %2")
+                         .arg(styleName(session.definition(), row.style),
+                              text.rowTexts(row).join(QStringLiteral(" | "))));
+    }
+    return lines.join(u'\n');
+}
+
 } // namespace
 
 int runInfo(const QStringList& arguments)
 {
     QCommandLineParser parser;
     const QCommandLineOption json(QStringLiteral("json"));
-    parser.addOption(json);
+    const QCommandLineOption rows(QStringLiteral("rows"), QString(), QStringLiteral("N"));
+    const QCommandLineOption all(QStringLiteral("all"));
+    parser.addOptions({json, rows, all});
     if (!parser.parse(arguments))
         return usageError(parser.errorText());
     if (parser.positionalArguments().size() != 1)
         return usageError(QStringLiteral("info takes one definition file"));
+    bool countOk = true;
+    const qsizetype rowCount = parser.isSet(rows) ? parser.value(rows).toLongLong(&countOk) : 0;
+    if (!countOk || rowCount < 0)
+        return usageError(QStringLiteral("--rows takes a number of rows"));
+    if (parser.isSet(all) && !parser.isSet(rows))
+        return usageError(QStringLiteral("--all goes with --rows"));
     const QString path = parser.positionalArguments().constFirst();
 
     ReportSession session;
     if (!loadDefinition(session, path))
         return kExitFailed;
-    if (parser.isSet(json))
-        printOut(QString::fromUtf8(
-            QJsonDocument(definitionJson(session.definition())).toJson(QJsonDocument::Indented)));
-    else
+    if (parser.isSet(all)) {
+        session.data().setUnlimitedRows(true);
+        session.data().LoadRowsIntoGrid();
+        session.rebuildReport();
+    }
+
+    if (parser.isSet(json)) {
+        QJsonObject object = definitionJson(session.definition());
+        if (parser.isSet(rows))
+            object.insert(QStringLiteral("Rows"), rowsJson(session, rowCount));
+        printOut(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Indented)));
+    } else {
         printOut(definitionText(path, session.definition()));
+        if (parser.isSet(rows))
+            printOut(rowsText(session, rowCount));
+    }
     return kExitOk;
 }
 

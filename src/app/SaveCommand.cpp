@@ -4,21 +4,8 @@
 #include "production/DataSource.h"
 
 #include <QCommandLineParser>
-#include <QFileInfo>
 
 namespace tabulor::cli {
-
-namespace {
-
-// A database given on the command line: files are stored with their absolute path, so that
-// the definition finds them wherever it is saved; server names stand as given.
-QString databaseArgument(const QString& name)
-{
-    const QFileInfo file(name);
-    return file.exists() ? file.absoluteFilePath() : name;
-}
-
-} // namespace
 
 int runSave(const QStringList& arguments)
 {

@@ -21,6 +21,8 @@ int main(int argc, char* argv[])
     arguments.removeAt(1);
     if (command == u"info")
         return runInfo(arguments);
+    if (command == u"new")
+        return runNew(arguments);
     if (command == u"save")
         return runSave(arguments);
     if (command == u"sources")

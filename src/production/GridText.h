@@ -1,0 +1,31 @@
+#pragma once
+
+#include "production/DisplayFormat.h"
+#include "production/OutlineGrid.h"
+
+#include <QString>
+
+#include <vector>
+
+namespace tabulor {
+
+// The texts a built report grid shows: each cell through its column's display format, group
+// rows with their caption in the group's column and their totals in theirs.
+class GridText
+{
+public:
+    GridText(const OutlineGrid& grid, FormatLocale locale);
+
+    QString cellText(const GridRow& row, int gridColumn) const;
+    // The texts of a row in report column order.
+    QStringList rowTexts(const GridRow& row) const;
+
+private:
+    QString format(const QVariant& value, int gridColumn) const;
+
+    const OutlineGrid& m_grid;
+    FormatLocale m_locale;
+    std::vector<DisplayFormat> m_formats; // per grid column
+};
+
+} // namespace tabulor

@@ -9,6 +9,7 @@ packages=(
     qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite qt6-qpa-plugins libgl1-mesa-dev
     libgtest-dev googletest
     sqlite3 libsqlite3-dev python3
+    mdbtools-dev
     fonts-wine fonts-dejavu-core fontconfig
     poppler-utils
 )

@@ -1,5 +1,6 @@
 #include "production/DataSource.h"
 
+#include "production/JetDataSource.h"
 #include "production/SqliteConnection.h"
 #include "production/SqliteDataSource.h"
 
@@ -64,8 +65,11 @@ std::unique_ptr<DataSource> openDatabase(const QString& name, QString* error)
         return nullptr;
     }
     // The terminating zero of the text is part of the engine's magic.
-    if (file.read(sizeof SqliteMagic) == QByteArray(SqliteMagic, sizeof SqliteMagic))
+    const QByteArray header = file.read(20);
+    if (header.startsWith(QByteArray(SqliteMagic, sizeof SqliteMagic)))
         return SqliteDataSource::open(name, error);
+    if (JetDataSource::recognises(header))
+        return JetDataSource::open(name, error);
     setError(error, unsupported(name));
     return nullptr;
 }

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "definition/ReportStyle.h"
+
+#include <QFont>
+#include <QHash>
+#include <QStringList>
+
+namespace tabulor {
+
+// Turns the fonts that styles name into fonts of this system. The classic default face has a
+// metric-compatible stand-in in the Windows-compatibility font package, which installs it
+// outside the font search path: it is registered here, so that layouts keep their widths.
+// A face that is not installed is replaced, and the replacement is remembered so that the
+// user can be told.
+class FontCatalog
+{
+public:
+    FontCatalog();
+
+    QFont font(const ReportStyle& style) const;
+    // "Name (replaced by Other)" for each face asked for that is not installed.
+    QStringList substitutions() const;
+
+private:
+    QString family(const QString& requested) const;
+
+    mutable QHash<QString, QString> m_families; // requested face -> face used
+};
+
+} // namespace tabulor

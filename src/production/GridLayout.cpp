@@ -1,0 +1,100 @@
+#include "production/GridLayout.h"
+
+#include "production/ReportGridBuilder.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace tabulor {
+
+GridLayout::GridLayout(const OutlineGrid& grid, const GridText& text,
+                       const ReportDefinition& definition, const FontCatalog& fonts)
+    : m_grid(grid), m_text(text), m_definition(definition)
+{
+    for (int s = 0; s < kStyleCount; ++s)
+        m_measures[static_cast<size_t>(s)] =
+            std::make_unique<TextMeasure>(fonts.font(definition.styles[s]));
+
+    const QList<int>& columns = grid.reportColumns();
+    const QStringList titleTexts = titles();
+    m_widths.assign(static_cast<size_t>(columns.size()), 0.0);
+    const auto& rows = grid.rows();
+    const qsizetype measured = std::min<qsizetype>(kFitRows, static_cast<qsizetype>(rows.size()));
+    for (int i = 0; i < columns.size(); ++i) {
+        const float stored = grid.column(columns.at(i)).width;
+        if (stored > 0) {
+            m_widths[static_cast<size_t>(i)] = stored;
+            continue;
+        }
+        double widest = measure(StyleDetailTitle).width(titleTexts.at(i));
+        for (qsizetype r = 0; r < measured; ++r) {
+            const GridRow& row = rows[static_cast<size_t>(r)];
+            widest =
+                std::max(widest, measure(paintStyle(row)).width(text.cellText(row, columns.at(i))));
+        }
+        m_widths[static_cast<size_t>(i)] = std::min(widest + 2 * kCellPadding, kMaxFitWidth);
+    }
+}
+
+double GridLayout::totalWidth() const
+{
+    return std::accumulate(m_widths.begin(), m_widths.end(), 0.0);
+}
+
+QStringList GridLayout::titles() const
+{
+    QStringList result;
+    for (int column : m_grid.reportColumns()) {
+        const QString& id = m_grid.column(column).title;
+        const int f = FindField(m_definition.fields, id);
+        result.append(f >= 0 && !m_definition.fields.at(f).Title.isEmpty()
+                          ? m_definition.fields.at(f).Title
+                          : id);
+    }
+    return result;
+}
+
+int GridLayout::paintStyle(const GridRow& row) const
+{
+    return row.style >= 0 && row.style < kStyleCount ? row.style : int{StyleDetailBody};
+}
+
+std::vector<QStringList> GridLayout::linesOf(const QStringList& texts, int style) const
+{
+    const GlobalSettings& g = m_definition.global;
+    const TextMeasure& m = measure(style);
+    const int maxLines =
+        g.MaxHeight > 0 ? std::max(1, static_cast<int>(g.MaxHeight / m.lineHeight())) : 1 << 20;
+    std::vector<QStringList> result;
+    result.reserve(static_cast<size_t>(texts.size()));
+    for (int i = 0; i < texts.size(); ++i) {
+        const double inner = std::max(0.0, m_widths[static_cast<size_t>(i)] - 2 * kCellPadding);
+        result.push_back(m.lines(texts.at(i), inner, g.WordWrap, maxLines));
+    }
+    return result;
+}
+
+double GridLayout::heightOf(const std::vector<QStringList>& lines, int style) const
+{
+    qsizetype most = 1;
+    for (const QStringList& cell : lines)
+        most = std::max(most, cell.size());
+    return static_cast<double>(most) * measure(style).lineHeight();
+}
+
+double GridLayout::titleHeight() const
+{
+    return heightOf(linesOf(titles(), StyleDetailTitle), StyleDetailTitle);
+}
+
+std::vector<QStringList> GridLayout::cellLines(const GridRow& row) const
+{
+    return linesOf(m_text.rowTexts(row), paintStyle(row));
+}
+
+double GridLayout::rowHeight(const GridRow& row) const
+{
+    return heightOf(cellLines(row), paintStyle(row));
+}
+
+} // namespace tabulor

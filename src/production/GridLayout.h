@@ -1,0 +1,58 @@
+#pragma once
+
+#include "definition/ReportDefinition.h"
+#include "production/FontCatalog.h"
+#include "production/GridText.h"
+#include "production/TextMeasure.h"
+
+#include <array>
+#include <memory>
+#include <vector>
+
+namespace tabulor {
+
+// The sizes of a built report grid in twips: the width of each report column and the height
+// of each row, from the texts measured in their style's font, wrapped when the report allows
+// it and capped at its maximum row height.
+class GridLayout
+{
+public:
+    // Space between a cell's text and its left and right edges.
+    static constexpr double kCellPadding = 60;
+    // A column that fits its content grows no wider than this (four inches).
+    static constexpr double kMaxFitWidth = 5760;
+    // How many body rows a fitting column measures: those of the designer's working view.
+    static constexpr qsizetype kFitRows = 250;
+
+    GridLayout(const OutlineGrid& grid, const GridText& text, const ReportDefinition& definition,
+               const FontCatalog& fonts);
+
+    // Per report column, in report order.
+    const std::vector<double>& columnWidths() const { return m_widths; }
+    double totalWidth() const;
+
+    // The title row: each column's title.
+    QStringList titles() const;
+    double titleHeight() const;
+
+    // The lines each report column shows for a row, and the row's height without the style's
+    // space before and after it.
+    std::vector<QStringList> cellLines(const GridRow& row) const;
+    double rowHeight(const GridRow& row) const;
+
+    // The style that paints a row: its own, or the detail body's where it has none.
+    int paintStyle(const GridRow& row) const;
+    const TextMeasure& measure(int style) const { return *m_measures[static_cast<size_t>(style)]; }
+
+private:
+    std::vector<QStringList> linesOf(const QStringList& texts, int style) const;
+    double heightOf(const std::vector<QStringList>& lines, int style) const;
+
+    const OutlineGrid& m_grid;
+    const GridText& m_text;
+    const ReportDefinition& m_definition;
+    std::array<std::unique_ptr<TextMeasure>, kStyleCount> m_measures;
+    std::vector<double> m_widths;
+};
+
+} // namespace tabulor

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QFont>
+#include <QFontMetricsF>
+#include <QImage>
+#include <QString>
+#include <QStringList>
+
+namespace tabulor {
+
+// Measures text of one font in twips, and breaks it into the lines that fit a width.
+class TextMeasure
+{
+public:
+    explicit TextMeasure(const QFont& font);
+
+    double width(const QString& text) const;
+    double lineHeight() const { return m_lineHeight; }
+
+    // The lines of text within width: broken at blanks when wrapping (a word wider than the
+    // width is broken between characters), at most maxLines of them. Text that does not fit
+    // ends with "..." on its last line.
+    QStringList lines(const QString& text, double width, bool wrap, int maxLines) const;
+    // The text, or when it does not fit, its longest start that fits with "..." behind it.
+    QString elided(const QString& text, double width) const;
+
+private:
+    // The longest start of text that fits width with "..." behind it, and the "...".
+    QString cutWithEllipsis(const QString& text, double width) const;
+
+    QImage m_device; // 1440 dots per inch: one device pixel is one twip
+    QFontMetricsF m_metrics;
+    double m_lineHeight;
+};
+
+} // namespace tabulor

@@ -12,6 +12,7 @@ packages=(
     mdbtools-dev
     fonts-wine fonts-dejavu-core fontconfig
     poppler-utils
+    postgresql libpq-dev unixodbc-dev odbcinst libsqliteodbc odbc-postgresql
 )
 
 missing=()

@@ -1,6 +1,8 @@
 #include "production/DataSource.h"
 
 #include "production/JetDataSource.h"
+#include "production/OdbcDataSource.h"
+#include "production/PostgresDataSource.h"
 #include "production/SqliteConnection.h"
 #include "production/SqliteDataSource.h"
 
@@ -48,6 +50,12 @@ std::unique_ptr<DataSource> openDatabase(const QString& name, QString* error)
         setError(error, QStringLiteral("No database was given."));
         return nullptr;
     }
+    // libpq's own URI schemes; the address is passed on as it stands.
+    if (name.startsWith(QLatin1String("postgresql://")) ||
+        name.startsWith(QLatin1String("postgres://")))
+        return PostgresDataSource::open(name, error);
+    if (name.startsWith(QLatin1String("odbc:"), Qt::CaseInsensitive))
+        return OdbcDataSource::open(name.mid(5), error);
     if (isServerAddress(name)) {
         setError(error, unsupported(name));
         return nullptr;

@@ -26,7 +26,31 @@ double orderKey(const CellValue& cell)
     return cell.isNumeric() ? cell.toDouble() : static_cast<double>(cell.number);
 }
 
+// Whole numbers become money by scaling; false when that overflows.
+bool toMoney(qint64& value)
+{
+    return !__builtin_mul_overflow(value, Currency::kScale, &value);
+}
+
 } // namespace
+
+void Accumulator::addExact(CellValue::Kind kind, qint64 value, bool exact)
+{
+    if (!m_exact || !exact) {
+        m_exact = false;
+        return;
+    }
+    if (kind != m_exactKind) {
+        // One side is money, the other whole numbers: the sum becomes money.
+        if (m_exactKind == CellValue::Integer ? !toMoney(m_exactSum) : !toMoney(value)) {
+            m_exact = false;
+            return;
+        }
+        m_exactKind = CellValue::Money;
+    }
+    if (__builtin_add_overflow(m_exactSum, value, &m_exactSum))
+        m_exact = false;
+}
 
 void Accumulator::add(const CellValue& cell)
 {
@@ -48,32 +72,29 @@ void Accumulator::add(const CellValue& cell)
     const double delta = x - m_mean;
     m_mean += delta / static_cast<double>(m_count);
     m_m2 += delta * (x - m_mean);
+    const bool exact = cell.kind != CellValue::Double;
+    addExact(cell.kind == CellValue::Money ? CellValue::Money : CellValue::Integer, cell.number,
+             exact);
+}
 
-    if (!m_exact)
+void Accumulator::merge(const Accumulator& other)
+{
+    m_nonEmpty += other.m_nonEmpty;
+    if (!other.m_min.isEmpty() && (m_min.isEmpty() || orderKey(other.m_min) < orderKey(m_min)))
+        m_min = other.m_min;
+    if (!other.m_max.isEmpty() && (m_max.isEmpty() || orderKey(other.m_max) > orderKey(m_max)))
+        m_max = other.m_max;
+    if (other.m_count == 0)
         return;
-    qint64 addend = 0;
-    if (cell.kind == CellValue::Money) {
-        if (m_exactKind == CellValue::Integer &&
-            __builtin_mul_overflow(m_exactSum, Currency::kScale, &m_exactSum)) {
-            m_exact = false;
-            return;
-        }
-        m_exactKind = CellValue::Money;
-        addend = cell.number;
-    } else if (cell.kind == CellValue::Integer || cell.kind == CellValue::Boolean) {
-        if (m_exactKind == CellValue::Money &&
-            __builtin_mul_overflow(cell.number, Currency::kScale, &addend)) {
-            m_exact = false;
-            return;
-        }
-        if (m_exactKind == CellValue::Integer)
-            addend = cell.number;
-    } else {
-        m_exact = false;
-        return;
-    }
-    if (__builtin_add_overflow(m_exactSum, addend, &m_exactSum))
-        m_exact = false;
+    // The running mean and squared deviations of two parts combine exactly.
+    const double n = static_cast<double>(m_count + other.m_count);
+    const double delta = other.m_mean - m_mean;
+    m_mean += delta * static_cast<double>(other.m_count) / n;
+    m_m2 += other.m_m2 +
+            delta * delta * static_cast<double>(m_count) * static_cast<double>(other.m_count) / n;
+    m_count += other.m_count;
+    m_sum += other.m_sum;
+    addExact(other.m_exactKind, other.m_exactSum, other.m_exact);
 }
 
 CellValue Accumulator::exactSum() const

@@ -26,6 +26,8 @@ class Accumulator
 {
 public:
     void add(const CellValue& cell);
+    // Takes in the values another accumulator has collected, as if they had been added here.
+    void merge(const Accumulator& other);
     void reset() { *this = Accumulator(); }
 
     double sum() const { return m_sum; }
@@ -35,6 +37,7 @@ public:
 
 private:
     CellValue exactSum() const;
+    void addExact(CellValue::Kind kind, qint64 value, bool exact);
 
     qint64 m_nonEmpty = 0;
     qint64 m_count = 0; // numbers

@@ -22,20 +22,23 @@ QString GridText::cellText(const GridRow& row, int gridColumn) const
     if (!row.isGroupRow())
         return format(m_grid.value(row.record, gridColumn), gridColumn);
 
-    const OutlineEntry& entry = m_grid.outlines().at(static_cast<size_t>(row.outline));
-    const QList<int>& columns = m_grid.reportColumns();
-    if (row.depth < columns.size() && columns.at(row.depth) == gridColumn) {
-        QString caption = entry.caption;
+    const GroupPlan& plan = m_grid.groupPlan();
+    const GroupLevel& level = plan.levels[row.depth];
+    if (level.column == gridColumn) {
+        QString caption =
+            row.kind == RowKind::Opening ? level.openingCaption : level.closingCaption;
         return caption.replace(QStringLiteral("%s"),
                                format(m_grid.value(row.record, gridColumn), gridColumn));
     }
-    for (const OutlineEntry::Total& total : entry.totals) {
-        if (total.column != gridColumn)
+    if (row.kind != RowKind::Closing)
+        return QString();
+    for (size_t t = 0; t < plan.totals.size(); ++t) {
+        if (plan.totals[t].column != gridColumn)
             continue;
-        const QVariant value = m_grid.cells(gridColumn).toVariant(total.value);
+        const QVariant value = m_grid.cells(gridColumn).toVariant(m_grid.total(row, t));
         // A count is a number of values, whatever the column holds.
-        return total.aggregate == AggregateCount ? valueText(value, m_locale)
-                                                 : format(value, gridColumn);
+        return plan.totals[t].aggregate == AggregateCount ? valueText(value, m_locale)
+                                                          : format(value, gridColumn);
     }
     return QString();
 }

@@ -19,11 +19,9 @@ qint16 outlineLevel(RowKind kind, int depth)
     return static_cast<qint16>(kind == RowKind::Closing ? -100 + depth : depth);
 }
 
-GroupedRows::GroupedRows(const OutlineGrid& grid, GroupPlan plan, std::vector<double> grandTotals,
-                         std::vector<GridRow>& rows, std::vector<OutlineEntry>& outlines)
-    : m_grid(grid), m_plan(std::move(plan)), m_grandTotals(std::move(grandTotals)), m_rows(rows),
-      m_outlines(outlines), m_groupOrder(grid, groupKeys(m_plan), QCollator()),
-      m_firstRecord(m_plan.levels.size(), -1),
+GroupedRows::GroupedRows(OutlineGrid& grid, std::vector<double> grandTotals)
+    : m_grid(grid), m_plan(grid.groupPlan()), m_grandTotals(std::move(grandTotals)),
+      m_groupOrder(grid, groupKeys(m_plan), QCollator()), m_firstRecord(m_plan.levels.size(), -1),
       m_accumulators(m_plan.levels.size(), std::vector<Accumulator>(m_plan.totals.size()))
 {
 }
@@ -45,10 +43,11 @@ void GroupedRows::add(qint32 record)
 
     GridRow row;
     row.record = record;
-    m_rows.push_back(row);
-    for (auto& perLevel : m_accumulators) {
+    m_grid.rows().push_back(row);
+    if (levels > 0 && m_plan.closing) {
+        auto& innermost = m_accumulators.back();
         for (size_t t = 0; t < m_plan.totals.size(); ++t)
-            perLevel[t].add(m_grid.cell(record, m_plan.totals[t].column));
+            innermost[t].add(m_grid.cell(record, m_plan.totals[t].column));
     }
     m_previous = record;
 }
@@ -69,37 +68,35 @@ void GroupedRows::open(int depth, qint32 record)
         a.reset();
     if (!m_plan.opening)
         return;
-    m_outlines.push_back(
-        OutlineEntry{m_plan.levels[static_cast<size_t>(depth)].openingCaption, {}});
     GridRow row;
     row.record = record;
-    row.outline = static_cast<qint32>(m_outlines.size() - 1);
     row.kind = RowKind::Opening;
     row.depth = static_cast<quint8>(depth);
     row.level = outlineLevel(RowKind::Opening, depth);
-    m_rows.push_back(row);
+    m_grid.rows().push_back(row);
 }
 
 void GroupedRows::close(int depth)
 {
     if (!m_plan.closing)
         return;
-    OutlineEntry entry{m_plan.levels[static_cast<size_t>(depth)].closingCaption, {}};
     const auto& accumulators = m_accumulators[static_cast<size_t>(depth)];
-    for (size_t t = 0; t < m_plan.totals.size(); ++t) {
-        const TotalColumn& total = m_plan.totals[t];
-        entry.totals.push_back(
-            OutlineEntry::Total{total.column, total.aggregate,
-                                accumulators[t].result(total.aggregate, m_grandTotals[t])});
+    std::vector<CellValue>& values = m_grid.totalValues();
+    const size_t block = m_plan.totals.empty() ? 0 : values.size() / m_plan.totals.size();
+    for (size_t t = 0; t < m_plan.totals.size(); ++t)
+        values.push_back(accumulators[t].result(m_plan.totals[t].aggregate, m_grandTotals[t]));
+    if (depth > 0) {
+        auto& outer = m_accumulators[static_cast<size_t>(depth - 1)];
+        for (size_t t = 0; t < outer.size(); ++t)
+            outer[t].merge(accumulators[t]);
     }
-    m_outlines.push_back(std::move(entry));
     GridRow row;
     row.record = m_firstRecord[static_cast<size_t>(depth)];
-    row.outline = static_cast<qint32>(m_outlines.size() - 1);
+    row.outline = static_cast<qint32>(block);
     row.kind = RowKind::Closing;
     row.depth = static_cast<quint8>(depth);
     row.level = outlineLevel(RowKind::Closing, depth);
-    m_rows.push_back(row);
+    m_grid.rows().push_back(row);
 }
 
 } // namespace tabulor

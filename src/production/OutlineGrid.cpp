@@ -14,7 +14,8 @@ void OutlineGrid::setColumns(const QList<GridColumn>& columns)
     m_recordCount = 0;
     m_reportColumns.clear();
     m_rows.clear();
-    m_outlines.clear();
+    m_groupPlan = GroupPlan();
+    m_totalValues.clear();
 }
 
 void OutlineGrid::appendRow(const QList<QVariant>& cells)
@@ -33,14 +34,6 @@ int OutlineGrid::FindGridColumn(const QString& name) const
             return c;
     }
     return -1;
-}
-
-void OutlineGrid::resetRows()
-{
-    m_outlines.clear();
-    m_rows.assign(static_cast<size_t>(m_recordCount), GridRow());
-    for (qsizetype r = 0; r < m_recordCount; ++r)
-        m_rows[static_cast<size_t>(r)].record = static_cast<qint32>(r);
 }
 
 } // namespace tabulor

@@ -3,6 +3,7 @@
 #include "production/CellValue.h"
 #include "production/ColumnCells.h"
 #include "production/FieldType.h"
+#include "production/GroupPlan.h"
 
 #include <QList>
 #include <QString>
@@ -33,26 +34,13 @@ enum class RowKind : quint8
 struct GridRow
 {
     qint32 record = -1;  // the record shown; for group rows the group's first record
-    qint32 outline = -1; // group rows: index into the outline entries
+    qint32 outline = -1; // closing rows: the number of their block of totals
     qint16 level = 0;    // group rows: the outline level (0, 1, 2 opening; -100, -99, -98 closing)
     qint16 style = 5;    // index into the style table
     RowKind kind = RowKind::Data;
     quint8 depth = 0; // group rows: the group level, 0 for the outermost
 
     bool isGroupRow() const { return kind != RowKind::Data; }
-};
-
-// A group row's caption and totals.
-struct OutlineEntry
-{
-    QString caption; // "%s" stands for the group's value
-    struct Total
-    {
-        int column;       // grid column
-        qint16 aggregate; // 1 Sum ... 7 Std. Dev.
-        CellValue value;
-    };
-    std::vector<Total> totals;
 };
 
 // The report grid: the columns and records of the record source, and the report laid out
@@ -84,10 +72,16 @@ public:
     void setReportColumns(const QList<int>& columns) { m_reportColumns = columns; }
     std::vector<GridRow>& rows() { return m_rows; }
     const std::vector<GridRow>& rows() const { return m_rows; }
-    std::vector<OutlineEntry>& outlines() { return m_outlines; }
-    const std::vector<OutlineEntry>& outlines() const { return m_outlines; }
-    // Drops the report layout and lists every record once, in load order.
-    void resetRows();
+    // How the rows are grouped, with the captions of group rows and the columns with totals.
+    const GroupPlan& groupPlan() const { return m_groupPlan; }
+    void setGroupPlan(GroupPlan plan) { m_groupPlan = std::move(plan); }
+    // The totals of the closing rows, one block of groupPlan().totals.size() values per row.
+    std::vector<CellValue>& totalValues() { return m_totalValues; }
+    // A closing row's total for entry t of groupPlan().totals.
+    const CellValue& total(const GridRow& row, size_t t) const
+    {
+        return m_totalValues[static_cast<size_t>(row.outline) * m_groupPlan.totals.size() + t];
+    }
 
 private:
     QList<GridColumn> m_columns;
@@ -95,7 +89,8 @@ private:
     qsizetype m_recordCount = 0;
     QList<int> m_reportColumns;
     std::vector<GridRow> m_rows;
-    std::vector<OutlineEntry> m_outlines;
+    GroupPlan m_groupPlan;
+    std::vector<CellValue> m_totalValues;
 };
 
 } // namespace tabulor

@@ -1,7 +1,9 @@
 #include "production/RecordOrder.h"
 
 #include <algorithm>
+#include <limits>
 #include <numeric>
+#include <optional>
 
 namespace tabulor {
 
@@ -116,6 +118,77 @@ bool CellOrder::before(qint32 a, qint32 b) const
     return false;
 }
 
+namespace {
+
+// A key whose cells all map to small whole numbers in order (0 for empty): collation ranks of
+// texts, or whole numbers, dates and times within a small range. Several such keys pack into
+// one 64-bit number per record, so that most comparisons of a sort are one integer compare.
+struct PackedKey
+{
+    std::vector<quint64> values; // per record
+    int bits = 0;
+};
+
+int bitsFor(quint64 largest)
+{
+    int bits = 1;
+    while (bits < 64 && (largest >> bits) != 0)
+        ++bits;
+    return bits;
+}
+
+std::optional<PackedKey> packedKey(const OutlineGrid& grid, const SortKey& key,
+                                   const QCollator& collator)
+{
+    const ColumnCells& cells = grid.cells(key.column);
+    const qsizetype n = grid.recordCount();
+    CellValue::Kind kind = CellValue::Empty;
+    qint64 low = std::numeric_limits<qint64>::max();
+    qint64 high = std::numeric_limits<qint64>::min();
+    for (qsizetype r = 0; r < n; ++r) {
+        const CellValue& c = cells.at(r);
+        if (c.isEmpty())
+            continue;
+        if (kind != CellValue::Empty && c.kind != kind)
+            return std::nullopt; // mixed kinds compare through the general rule
+        kind = c.kind;
+        if (kind == CellValue::Double || kind == CellValue::Other)
+            return std::nullopt;
+        if (kind != CellValue::Text) {
+            low = std::min(low, c.number);
+            high = std::max(high, c.number);
+        }
+    }
+    PackedKey packed;
+    packed.values.resize(static_cast<size_t>(n), 0);
+    std::vector<quint32> ranks;
+    quint64 largest = 0;
+    if (kind == CellValue::Text) {
+        const CellOrder order(grid, {SortKey{key.column, false}}, collator);
+        ranks = order.textRanks(0);
+        for (quint32 rank : ranks)
+            largest = std::max<quint64>(largest, rank + 1);
+    } else if (kind != CellValue::Empty) {
+        if (__builtin_sub_overflow(high, low, &high) || high >= (qint64(1) << 40))
+            return std::nullopt;
+        largest = static_cast<quint64>(high) + 1;
+    }
+    for (qsizetype r = 0; r < n; ++r) {
+        const CellValue& c = cells.at(r);
+        quint64 v = 0;
+        if (!c.isEmpty())
+            v = kind == CellValue::Text ? ranks[c.textId] + 1
+                                        : static_cast<quint64>(c.number - low) + 1;
+        if (key.descending)
+            v = largest + 1 - v; // empty cells, 0, go last as the order turns round
+        packed.values[static_cast<size_t>(r)] = v;
+    }
+    packed.bits = bitsFor(largest + 1);
+    return packed;
+}
+
+} // namespace
+
 std::vector<qint32> sortedRecords(const OutlineGrid& grid, const QList<SortKey>& keys,
                                   const QCollator& collator)
 {
@@ -123,9 +196,39 @@ std::vector<qint32> sortedRecords(const OutlineGrid& grid, const QList<SortKey>&
     std::iota(records.begin(), records.end(), 0);
     if (keys.isEmpty())
         return records;
-    const CellOrder order(grid, keys, collator);
-    std::stable_sort(records.begin(), records.end(),
-                     [&](qint32 a, qint32 b) { return order.before(a, b); });
+
+    // Pack the leading keys that allow it into one number per record.
+    std::vector<quint64> prefix(records.size(), 0);
+    int used = 0;
+    int packedKeys = 0;
+    for (const SortKey& key : keys) {
+        const auto packed = packedKey(grid, key, collator);
+        if (!packed || used + packed->bits > 64)
+            break;
+        for (size_t r = 0; r < prefix.size(); ++r)
+            prefix[r] = (prefix[r] << packed->bits) | packed->values[r];
+        used += packed->bits;
+        ++packedKeys;
+    }
+
+    // Records with equal prefixes keep their load order; the remaining keys, if any, then
+    // order each run of equal prefixes.
+    std::sort(records.begin(), records.end(), [&](qint32 a, qint32 b) {
+        const quint64 pa = prefix[static_cast<size_t>(a)];
+        const quint64 pb = prefix[static_cast<size_t>(b)];
+        return pa != pb ? pa < pb : a < b;
+    });
+    if (packedKeys == keys.size())
+        return records;
+    const CellOrder rest(grid, keys.mid(packedKeys), collator);
+    auto runStart = records.begin();
+    while (runStart != records.end()) {
+        const quint64 p = prefix[static_cast<size_t>(*runStart)];
+        auto runEnd = std::find_if(runStart, records.end(),
+                                   [&](qint32 r) { return prefix[static_cast<size_t>(r)] != p; });
+        std::stable_sort(runStart, runEnd, [&](qint32 a, qint32 b) { return rest.before(a, b); });
+        runStart = runEnd;
+    }
     return records;
 }
 

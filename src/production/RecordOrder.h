@@ -27,6 +27,11 @@ public:
     bool before(qint32 a, qint32 b) const;
     // Compares one column's cells of two records: negative, zero or positive.
     int compare(int key, qint32 a, qint32 b) const;
+    // A key's collation rank of each text of its column, by text number.
+    const std::vector<quint32>& textRanks(int key) const
+    {
+        return m_keys[static_cast<size_t>(key)].textRanks;
+    }
 
 private:
     struct Key

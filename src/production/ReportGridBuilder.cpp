@@ -132,14 +132,12 @@ void buildReportGrid(OutlineGrid& grid, const ReportDefinition& d, const QCollat
     }
     const std::vector<qint32> order = sortedRecords(grid, keys, collator);
 
-    GroupPlan plan = groupPlan(grid, d, columns, groupCount);
-    std::vector<double> totals = grandTotals(grid, plan);
+    grid.setGroupPlan(groupPlan(grid, d, columns, groupCount));
     std::vector<GridRow>& rows = grid.rows();
-    std::vector<OutlineEntry>& outlines = grid.outlines();
     rows.clear();
-    outlines.clear();
     rows.reserve(order.size());
-    GroupedRows grouped(grid, std::move(plan), std::move(totals), rows, outlines);
+    grid.totalValues().clear();
+    GroupedRows grouped(grid, grandTotals(grid, grid.groupPlan()));
     for (qint32 record : order)
         grouped.add(record);
     grouped.finish();

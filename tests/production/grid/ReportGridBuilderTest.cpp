@@ -1,5 +1,6 @@
 #include "production/ReportGridBuilder.h"
 #include "production/Aggregate.h"
+#include "production/RecordOrder.h"
 
 #include "QtPrinters.h"
 
@@ -8,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numeric>
 
 using namespace tabulor;
 
@@ -87,12 +89,15 @@ QStringList dump(const OutlineGrid& grid)
         if (!row.isGroupRow()) {
             line += u' ' + QString::number(grid.value(row.record, 4).toDate().day());
         } else {
-            const OutlineEntry& entry = grid.outlines().at(row.outline);
-            line += u' ' + entry.caption;
-            for (const OutlineEntry::Total& total : entry.totals) {
-                line += u' ' + grid.cells(total.column).toVariant(total.value).toString();
-                if (total.value.kind == CellValue::Money)
-                    line += QString::number(total.value.toDouble());
+            const GroupPlan& plan = grid.groupPlan();
+            const GroupLevel& level = plan.levels[row.depth];
+            line +=
+                u' ' + (row.kind == RowKind::Opening ? level.openingCaption : level.closingCaption);
+            for (size_t t = 0; row.kind == RowKind::Closing && t < plan.totals.size(); ++t) {
+                const CellValue& total = grid.total(row, t);
+                line += u' ' + grid.cells(plan.totals[t].column).toVariant(total).toString();
+                if (total.kind == CellValue::Money)
+                    line += QString::number(total.toDouble());
             }
         }
         lines.append(line);
@@ -277,4 +282,64 @@ TEST(Aggregates, MatchIndependentlyComputedValues)
     one.add(whole);
     EXPECT_TRUE(one.result(AggregateStdDev).isEmpty());
     EXPECT_TRUE(Accumulator().result(AggregateAverage).isEmpty());
+}
+
+TEST(RecordOrder, PackedAndGeneralKeysAgree)
+{
+    // Keys that pack (texts, small whole numbers, dates) and keys that do not (doubles, mixed
+    // kinds) must order records the same way as comparing cell by cell.
+    OutlineGrid grid;
+    GridColumn a, b, c, d;
+    a.title = QStringLiteral("text");
+    b.title = QStringLiteral("day");
+    c.title = QStringLiteral("real");
+    d.title = QStringLiteral("mixed");
+    grid.setColumns({a, b, c, d});
+    const QStringList words = {"pear", "apple", "fig", "apple", "", "fig"};
+    for (int i = 0; i < 60; ++i) {
+        const QString word = words[i % words.size()];
+        grid.appendRow({word.isEmpty() ? QVariant() : QVariant(word),
+                        i % 7 == 0 ? QVariant() : QVariant(QDate(2024, 1 + i % 3, 1 + i % 5)),
+                        (i * 37 % 11) / 4.0,
+                        i % 4 == 0 ? QVariant(QStringLiteral("x")) : QVariant(i % 3)});
+    }
+    const QCollator collator(QLocale(QLocale::English));
+    for (const QList<SortKey>& keys :
+         {QList<SortKey>{{0, false}, {1, true}, {2, false}}, QList<SortKey>{{1, false}, {0, true}},
+          QList<SortKey>{{3, false}, {0, false}},
+          QList<SortKey>{{2, true}, {1, false}, {0, false}}}) {
+        std::vector<qint32> expected(static_cast<size_t>(grid.recordCount()));
+        std::iota(expected.begin(), expected.end(), 0);
+        const CellOrder order(grid, keys, collator);
+        std::stable_sort(expected.begin(), expected.end(),
+                         [&](qint32 x, qint32 y) { return order.before(x, y); });
+        EXPECT_EQ(sortedRecords(grid, keys, collator), expected);
+    }
+}
+
+TEST(Aggregates, MergedPartsGiveWhatAddingAllGives)
+{
+    Accumulator all, first, second;
+    const QList<CellValue> cells = [] {
+        QList<CellValue> list;
+        for (int i = 0; i < 9; ++i) {
+            CellValue cell;
+            cell.kind = i % 3 == 0 ? CellValue::Money : CellValue::Integer;
+            cell.number = i % 3 == 0 ? i * 12345 : i - 4;
+            list.append(cell);
+        }
+        return list;
+    }();
+    for (int i = 0; i < cells.size(); ++i) {
+        all.add(cells[i]);
+        (i < 4 ? first : second).add(cells[i]);
+    }
+    first.merge(second);
+    for (qint16 aggregate = AggregateSum; aggregate <= AggregateStdDev; ++aggregate) {
+        const CellValue merged = first.result(aggregate, 50);
+        const CellValue direct = all.result(aggregate, 50);
+        EXPECT_EQ(merged.kind, direct.kind) << aggregate;
+        EXPECT_NEAR(merged.toDouble(), direct.toDouble(), 1e-9) << aggregate;
+    }
+    EXPECT_EQ(first.result(AggregateSum).kind, CellValue::Money);
 }

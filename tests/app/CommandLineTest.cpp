@@ -32,8 +32,13 @@ protected:
         ApplyBuiltInStyles(d, {QStringLiteral("Tracks"), QStringLiteral("<p>"), QString()});
         d.DataBaseName = QStringLiteral("sqlite_Chinook.sqlite");
         d.RecordSource = QStringLiteral("Track");
-        d.fields = {{QStringLiteral("Composer"), QString::fromUtf8("Compositeur \xC3\xA9"), 1, 9,
-                     {}, 0, 0}};
+        d.fields = {{QStringLiteral("Composer"),
+                     QString::fromUtf8("Compositeur \xC3\xA9"),
+                     1,
+                     9,
+                     {},
+                     0,
+                     0}};
         d.groups = {QStringLiteral("Composer")};
         d.details = {QStringLiteral("Name"), QStringLiteral("Milliseconds")};
         definition = dir.filePath(QStringLiteral("tracks.vrd"));
@@ -45,7 +50,8 @@ protected:
     {
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("TABULOR_SETTINGS"), dir.filePath(QStringLiteral("settings.ini")));
+        environment.insert(QStringLiteral("TABULOR_SETTINGS"),
+                           dir.filePath(QStringLiteral("settings.ini")));
         process.setProcessEnvironment(environment);
         process.start(toolPath(), arguments);
         EXPECT_TRUE(process.waitForFinished(60000));
@@ -98,8 +104,9 @@ TEST_F(CommandLineTest, SaveWritesTheDefinitionBackAndCanPointItElsewhere)
               0);
     EXPECT_TRUE(readBytes(repointed).contains(("DataBaseName = " + moved + "\r\n").toUtf8()));
 
-    const ToolRun missing = run({QStringLiteral("save"), definition, QStringLiteral("-o"), repointed,
-                             QStringLiteral("--database"), dir.filePath(QStringLiteral("gone.db"))});
+    const ToolRun missing =
+        run({QStringLiteral("save"), definition, QStringLiteral("-o"), repointed,
+             QStringLiteral("--database"), dir.filePath(QStringLiteral("gone.db"))});
     EXPECT_EQ(missing.status, 1);
     // The earlier file is untouched by the failed save.
     EXPECT_TRUE(readBytes(repointed).contains(moved.toUtf8()));
@@ -111,7 +118,8 @@ TEST_F(CommandLineTest, ABrokenDefinitionExitsWithTheMessageAndThePath)
     writeBytes(broken, "[General]\r\nVersion = 6\r\n");
     const ToolRun r = run({QStringLiteral("info"), broken});
     EXPECT_EQ(r.status, 1);
-    EXPECT_TRUE(r.err.contains(QStringLiteral("Invalid Data File, please try another.\n'") + broken + u'\''))
+    EXPECT_TRUE(r.err.contains(QStringLiteral("Invalid Data File, please try another.\n'") +
+                               broken + u'\''))
         << r.err.toStdString();
 
     const QString target = dir.filePath(QStringLiteral("target.vrd"));
@@ -121,8 +129,9 @@ TEST_F(CommandLineTest, ABrokenDefinitionExitsWithTheMessageAndThePath)
 
 TEST_F(CommandLineTest, SourcesListsTablesWithTheirKind)
 {
-    const ToolRun r = run({QStringLiteral("sources"), dir.filePath(QStringLiteral("sqlite_Chinook.sqlite")),
-                       QStringLiteral("--kind")});
+    const ToolRun r =
+        run({QStringLiteral("sources"), dir.filePath(QStringLiteral("sqlite_Chinook.sqlite")),
+             QStringLiteral("--kind")});
     ASSERT_EQ(r.status, 0);
     const QStringList lines = r.out.split(u'\n', Qt::SkipEmptyParts);
     ASSERT_EQ(lines.size(), 11);
@@ -137,7 +146,8 @@ TEST_F(CommandLineTest, BadArgumentsPrintUsage)
 {
     for (const QStringList& arguments :
          {QStringList{}, QStringList{QStringLiteral("frobnicate")},
-          QStringList{QStringLiteral("info")}, QStringList{QStringLiteral("info"), definition, QStringLiteral("--bogus")},
+          QStringList{QStringLiteral("info")},
+          QStringList{QStringLiteral("info"), definition, QStringLiteral("--bogus")},
           QStringList{QStringLiteral("save"), definition}}) {
         const ToolRun r = run(arguments);
         EXPECT_EQ(r.status, 2) << arguments.join(u' ').toStdString();
@@ -146,4 +156,60 @@ TEST_F(CommandLineTest, BadArgumentsPrintUsage)
     const ToolRun help = run({QStringLiteral("--help")});
     EXPECT_EQ(help.status, 0);
     EXPECT_TRUE(help.out.contains(QStringLiteral("tabulor info FILE.vrd")));
+}
+
+TEST_F(CommandLineTest, NewMakesADefinitionWhoseRowsInfoShows)
+{
+    const QString made = dir.filePath(QStringLiteral("sales.vrd"));
+    const ToolRun created =
+        run({QStringLiteral("new"), QStringLiteral("--database"),
+             samplePath(QStringLiteral("sample.sqlite")), QStringLiteral("--source"),
+             QStringLiteral("Sales by Region"), QStringLiteral("--group"), QStringLiteral("Region"),
+             QStringLiteral("--detail"), QStringLiteral("Customer"), QStringLiteral("--detail"),
+             QStringLiteral("Sales"), QStringLiteral("--sort"), QStringLiteral("Customer=desc"),
+             QStringLiteral("--total"), QStringLiteral("Sales=sum"), QStringLiteral("--subtotals"),
+             QStringLiteral("below"), QStringLiteral("-o"), made});
+    ASSERT_EQ(created.status, 0) << created.err.toStdString();
+
+    const ToolRun info =
+        run({QStringLiteral("info"), made, QStringLiteral("--json"), QStringLiteral("--rows"),
+             QStringLiteral("100000"), QStringLiteral("--all")});
+    ASSERT_EQ(info.status, 0) << info.err.toStdString();
+    const QJsonObject json = QJsonDocument::fromJson(info.out.toUtf8()).object();
+    const QJsonArray fields = json[QStringLiteral("Fields")].toArray();
+    ASSERT_EQ(fields.size(), 7);
+    // The defaults a new field gets: its name as title, ascending, a format by its type.
+    EXPECT_EQ(fields[4][QStringLiteral("Format")].toString(), QStringLiteral("Medium Date"));
+    EXPECT_EQ(fields[6][QStringLiteral("Format")].toString(), QStringLiteral("#.##"));
+    EXPECT_EQ(fields[6][QStringLiteral("Aggregate")].toInt(), 1);
+    EXPECT_EQ(fields[2][QStringLiteral("Sort")].toInt(), 2);
+
+    // Every order once, seven regions, each closed by a row with its total.
+    const QJsonArray rows = json[QStringLiteral("Rows")].toArray();
+    int records = 0;
+    QStringList closing;
+    for (const QJsonValue& row : rows) {
+        if (!row[QStringLiteral("Outline")].toBool()) {
+            ++records;
+            continue;
+        }
+        EXPECT_EQ(row[QStringLiteral("Level")].toInt(), -100);
+        EXPECT_EQ(row[QStringLiteral("Style")].toString(), QStringLiteral("Heading 1 Bottom"));
+        closing.append(row[QStringLiteral("Cells")][0].toString());
+    }
+    EXPECT_EQ(records, 577);
+    EXPECT_EQ(closing.size(), 7);
+    EXPECT_TRUE(std::is_sorted(closing.begin(), closing.end()));
+
+    const ToolRun bad =
+        run({QStringLiteral("new"), QStringLiteral("--database"),
+             samplePath(QStringLiteral("sample.sqlite")), QStringLiteral("--source"),
+             QStringLiteral("Sales by Region"), QStringLiteral("--total"),
+             QStringLiteral("Sales=median"), QStringLiteral("-o"), made});
+    EXPECT_EQ(bad.status, 2);
+    const ToolRun missing =
+        run({QStringLiteral("new"), QStringLiteral("--database"),
+             samplePath(QStringLiteral("sample.sqlite")), QStringLiteral("--source"),
+             QStringLiteral("No such view"), QStringLiteral("-o"), made});
+    EXPECT_EQ(missing.status, 1);
 }

@@ -83,7 +83,7 @@ JetDataSource::openRecordSource(const QString& name, std::optional<qint64> rowLi
         return target ? target->openRecordSource(object->foreignName, rowLimit, error) : nullptr;
     }
     case JetObject::Kind::Query:
-        return JetQuery::open(m_handle, m_catalog, *object, rowLimit, error);
+        return JetQuery::open(*this, *m_handle, m_catalog, *object, rowLimit, error);
     }
     return nullptr;
 }

@@ -1,15 +1,655 @@
 #include "production/JetQuery.h"
 
+#include "production/Currency.h"
+#include "production/DataSource.h"
+#include "production/FieldType.h"
 #include "production/JetCatalog.h"
+#include "production/JetHandle.h"
+#include "production/JetRecordset.h"
+#include "production/JetSqlFunctions.h"
+#include "production/JetSqlTranslator.h"
+#include "production/SqliteConnection.h"
+#include "production/SqliteValues.h"
+
+#include <QDateTime>
+#include <QRegularExpression>
+
+#include <sqlite3.h>
+
+#include <cmath>
+#include <map>
 
 namespace tabulor::JetQuery {
 
-std::unique_ptr<Recordset> open(const std::shared_ptr<JetHandle>&, const JetCatalog&,
-                                const JetObject& query, std::optional<qint64>, QString* error)
+namespace {
+
+// MSysQueries.Attribute: what a row of a query's definition holds.
+enum Attribute
 {
-    if (error)
-        *error = QStringLiteral("The query '%1' cannot be run.").arg(query.name);
-    return nullptr;
+    TypeRow = 1,
+    ParameterRow = 2,
+    FlagRow = 3,
+    RemoteDatabaseRow = 4,
+    SourceRow = 5,
+    ColumnRow = 6,
+    JoinRow = 7,
+    WhereRow = 8,
+    GroupByRow = 9,
+    HavingRow = 10,
+    OrderByRow = 11,
+};
+
+// The query kinds in the object's flags (bits 0xf0) and in the definition's type row.
+enum class QueryKind
+{
+    Select,
+    Crosstab,
+    Union,
+    Action
+};
+
+constexpr quint32 CrosstabFlag = 0x10;
+constexpr quint32 UnionFlag = 0x80;
+constexpr int CrosstabType = 6;
+constexpr int UnionType = 9;
+constexpr int SelectType = 1;
+
+// Flag-row bits.
+constexpr int SelectStar = 0x01;
+constexpr int Distinct = 0x02;
+constexpr int DistinctRow = 0x08;
+constexpr int Top = 0x10;
+constexpr int TopPercent = 0x20;
+constexpr int UnionAll = 0x02;
+
+// Queries reading queries reading queries: a definition that comes back to itself ends here.
+constexpr int MaxNesting = 16;
+thread_local int nesting = 0;
+
+struct DefinitionRow
+{
+    int attribute = 0;
+    QByteArray order;
+    QString name1;
+    QString name2;
+    QString expression;
+    int flag = 0;
+};
+
+// How field types are declared in the engine, so that a column read straight from a loaded
+// table gives its type back. Each name keeps the engine's affinity right for its values.
+struct DeclaredType
+{
+    qint16 type;
+    const char* declaration;
+};
+constexpr DeclaredType Declarations[] = {
+    {FieldBoolean, "BOOLEAN"},  {FieldByte, "BYTE"},
+    {FieldInteger, "SMALLINT"}, {FieldLong, "LONG"},
+    {FieldBigInt, "BIGINT"},    {FieldCurrency, "CURRENCY"},
+    {FieldSingle, "SINGLE"},    {FieldDouble, "DOUBLE"},
+    {FieldDecimal, "DECIMAL"},  {FieldNumeric, "NUMERIC"},
+    {FieldFloat, "FLOAT"},      {FieldDate, "DATETIME"},
+    {FieldMemo, "LONGTEXT"},    {FieldGuid, "GUIDCHAR"},
+    {FieldBinary, "BINARY"},    {FieldLongBinary, "LONGBINARY"},
+    {FieldText, "VARCHAR"},
+};
+
+QString declarationFor(qint16 type)
+{
+    for (const DeclaredType& d : Declarations) {
+        if (d.type == type)
+            return QString::fromLatin1(d.declaration);
+    }
+    return QStringLiteral("VARCHAR");
+}
+
+std::optional<qint16> typeForDeclaration(const char* declaration)
+{
+    for (const DeclaredType& d : Declarations) {
+        if (declaration && qstrcmp(declaration, d.declaration) == 0)
+            return d.type;
+    }
+    return std::nullopt;
+}
+
+void bindValue(sqlite3_stmt* statement, int index, const QVariant& value)
+{
+    if (value.isNull())
+        sqlite3_bind_null(statement, index);
+    else if (value.metaType() == QMetaType::fromType<bool>())
+        sqlite3_bind_int(statement, index, value.toBool() ? -1 : 0);
+    else if (value.metaType() == QMetaType::fromType<Currency>())
+        sqlite3_bind_double(statement, index, value.value<Currency>().toDouble());
+    else if (value.metaType() == QMetaType::fromType<QDate>())
+        sqlite3_bind_text(statement, index, value.toDate().toString(Qt::ISODate).toUtf8(), -1,
+                          SQLITE_TRANSIENT);
+    else if (value.metaType() == QMetaType::fromType<QDateTime>())
+        sqlite3_bind_text(
+            statement, index,
+            value.toDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")).toUtf8(), -1,
+            SQLITE_TRANSIENT);
+    else if (value.metaType() == QMetaType::fromType<QByteArray>()) {
+        const QByteArray bytes = value.toByteArray();
+        sqlite3_bind_blob(statement, index, bytes.constData(), int(bytes.size()), SQLITE_TRANSIENT);
+    } else if (value.metaType() == QMetaType::fromType<double>())
+        sqlite3_bind_double(statement, index, value.toDouble());
+    else if (value.canConvert<qint64>() && value.metaType() != QMetaType::fromType<QString>())
+        sqlite3_bind_int64(statement, index, value.toLongLong());
+    else
+        sqlite3_bind_text(statement, index, value.toString().toUtf8(), -1, SQLITE_TRANSIENT);
+}
+
+struct EngineCloser
+{
+    void operator()(sqlite3* db) const { sqlite3_close_v2(db); }
+};
+using Engine = std::unique_ptr<sqlite3, EngineCloser>;
+
+// The in-memory database a query runs in, with the tables and queries it reads copied in.
+class Workspace
+{
+public:
+    Workspace(DataSource& database, const JetCatalog& catalog)
+        : m_database(database), m_catalog(catalog)
+    {
+    }
+
+    bool start(QString* error)
+    {
+        sqlite3* db = nullptr;
+        const int opened = sqlite3_open_v2(":memory:", &db, SQLITE_OPEN_READWRITE, nullptr);
+        m_engine.reset(db);
+        // Double quotes name columns only: a misspelt name must fail, not become a text.
+        if (opened != SQLITE_OK || sqlite3_db_config(db, SQLITE_DBCONFIG_DQS_DML, 0, nullptr) ||
+            sqlite3_db_config(db, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr) ||
+            !registerJetFunctions(db)) {
+            *error = QStringLiteral("the query engine cannot be started");
+            return false;
+        }
+        return true;
+    }
+
+    Engine release() { return std::move(m_engine); }
+    sqlite3* engine() const { return m_engine.get(); }
+
+    // Copies a table, linked table or query into the engine once; names are matched as Jet
+    // SQL matches them, without regard to case.
+    const JetSourceSchema* load(const QString& name, QString* error)
+    {
+        const QString key = name.toLower();
+        if (const auto found = m_loaded.find(key); found != m_loaded.end())
+            return found->second.get();
+        const JetObject* object = nullptr;
+        for (const JetObject& candidate : m_catalog.objects()) {
+            if (candidate.name.compare(name, Qt::CaseInsensitive) == 0) {
+                object = &candidate;
+                break;
+            }
+        }
+        if (!object) {
+            *error = QStringLiteral("it reads '%1', which is no table or query here").arg(name);
+            return nullptr;
+        }
+        QString problem;
+        const std::unique_ptr<Recordset> rows =
+            m_database.openRecordSource(object->name, std::nullopt, &problem);
+        if (!rows) {
+            *error = problem;
+            return nullptr;
+        }
+        auto schema = std::make_unique<JetSourceSchema>();
+        schema->table = object->name;
+        QStringList columns;
+        QStringList slots;
+        for (int i = 0; i < rows->fieldCount(); ++i) {
+            schema->columns.append(rows->fieldName(i));
+            schema->types.append(rows->fieldType(i));
+            QString column = JetSqlTranslator::quoted(rows->fieldName(i)) + u' ' +
+                             declarationFor(rows->fieldType(i));
+            // Jet compares and sorts text without regard to case.
+            if (rows->fieldType(i) == FieldText || rows->fieldType(i) == FieldMemo)
+                column += QStringLiteral(" COLLATE NOCASE");
+            columns.append(column);
+            slots.append(QStringLiteral("?"));
+        }
+        const QString table = JetSqlTranslator::quoted(object->name);
+        if (!execute(QStringLiteral("CREATE TABLE %1 (%2)").arg(table, columns.join(u',')), error))
+            return nullptr;
+        SqliteStatement insert = prepare(
+            QStringLiteral("INSERT INTO %1 VALUES (%2)").arg(table, slots.join(u',')), error);
+        if (!insert || !execute(QStringLiteral("BEGIN"), error))
+            return nullptr;
+        for (; !rows->atEnd(); rows->moveNext()) {
+            for (int i = 0; i < rows->fieldCount(); ++i)
+                bindValue(insert.get(), i + 1, rows->value(i));
+            if (sqlite3_step(insert.get()) != SQLITE_DONE) {
+                *error = QString::fromUtf8(sqlite3_errmsg(engine()));
+                return nullptr;
+            }
+            sqlite3_reset(insert.get());
+        }
+        if (!execute(QStringLiteral("COMMIT"), error))
+            return nullptr;
+        return m_loaded.emplace(key, std::move(schema)).first->second.get();
+    }
+
+    SqliteStatement prepare(const QString& sql, QString* error) const
+    {
+        const QByteArray utf8 = sql.toUtf8();
+        sqlite3_stmt* statement = nullptr;
+        if (sqlite3_prepare_v2(engine(), utf8.constData(), int(utf8.size()), &statement, nullptr) !=
+            SQLITE_OK) {
+            *error = QString::fromUtf8(sqlite3_errmsg(engine()));
+            sqlite3_finalize(statement);
+            return nullptr;
+        }
+        return SqliteStatement(statement);
+    }
+
+private:
+    bool execute(const QString& sql, QString* error) const
+    {
+        const SqliteStatement statement = prepare(sql, error);
+        if (statement && sqlite3_step(statement.get()) == SQLITE_DONE)
+            return true;
+        if (statement)
+            *error = QString::fromUtf8(sqlite3_errmsg(engine()));
+        return false;
+    }
+
+    DataSource& m_database;
+    const JetCatalog& m_catalog;
+    Engine m_engine;
+    std::map<QString, std::unique_ptr<JetSourceSchema>> m_loaded;
+};
+
+// The rows of a query's definition, each attribute's rows in their stored order.
+std::optional<QList<DefinitionRow>> readDefinition(const JetHandle& file, qint32 id, QString* error)
+{
+    const int index = file.findTable(QStringLiteral("MSysQueries"));
+    if (index < 0) {
+        *error = QStringLiteral("the database keeps no query definitions");
+        return std::nullopt;
+    }
+    const std::unique_ptr<JetRecordset> rows = JetRecordset::open(file, index, std::nullopt, error);
+    if (!rows)
+        return std::nullopt;
+    QHash<QString, int> field;
+    for (int i = 0; i < rows->fieldCount(); ++i)
+        field.insert(rows->fieldName(i), i);
+    const auto value = [&](const char* name) { return rows->value(field.value(name, -1)); };
+    QList<DefinitionRow> definition;
+    for (; !rows->atEnd(); rows->moveNext()) {
+        if (value("ObjectId").toInt() != id)
+            continue;
+        definition.append({value("Attribute").toInt(), value("Order").toByteArray(),
+                           value("Name1").toString(), value("Name2").toString(),
+                           value("Expression").toString(), value("Flag").toInt()});
+    }
+    std::stable_sort(
+        definition.begin(), definition.end(), [](const DefinitionRow& a, const DefinitionRow& b) {
+            return a.attribute != b.attribute ? a.attribute < b.attribute : a.order < b.order;
+        });
+    return definition;
+}
+
+QList<DefinitionRow> rowsOf(const QList<DefinitionRow>& definition, int attribute)
+{
+    QList<DefinitionRow> rows;
+    for (const DefinitionRow& row : definition) {
+        if (row.attribute == attribute)
+            rows.append(row);
+    }
+    return rows;
+}
+
+QueryKind kindOf(const JetObject& query, const QList<DefinitionRow>& definition)
+{
+    const QList<DefinitionRow> type = rowsOf(definition, TypeRow);
+    if (!type.isEmpty()) {
+        if (type[0].flag == SelectType)
+            return QueryKind::Select;
+        if (type[0].flag == CrosstabType)
+            return QueryKind::Crosstab;
+        return type[0].flag == UnionType ? QueryKind::Union : QueryKind::Action;
+    }
+    switch (query.flags & 0xf0) {
+    case 0:
+        return QueryKind::Select;
+    case CrosstabFlag:
+        return QueryKind::Crosstab;
+    case UnionFlag:
+        return QueryKind::Union;
+    default:
+        return QueryKind::Action;
+    }
+}
+
+// The FROM clause: each source alone, until a join row puts two of them together.
+struct JoinNode
+{
+    QStringList keys; // the names and aliases of the tables inside
+    QString sql;
+};
+
+std::optional<QString> fromClause(JetSqlTranslator& translator,
+                                  const QList<DefinitionRow>& definition, QString* error)
+{
+    QList<JoinNode> nodes;
+    for (const DefinitionRow& row : rowsOf(definition, SourceRow)) {
+        const QString alias = row.name2.isEmpty() ? row.name1 : row.name2;
+        const QString sql = translator.source(row.name1, alias, error);
+        if (sql.isEmpty())
+            return std::nullopt;
+        nodes.append({{alias}, sql});
+    }
+    const auto nodeOf = [&](const QString& key) {
+        for (qsizetype i = 0; i < nodes.size(); ++i) {
+            if (nodes[i].keys.contains(key, Qt::CaseInsensitive))
+                return i;
+        }
+        return qsizetype(-1);
+    };
+    for (const DefinitionRow& join : rowsOf(definition, JoinRow)) {
+        const std::optional<JetSqlExpression> on = translator.expression(join.expression, error);
+        if (!on)
+            return std::nullopt;
+        const qsizetype left = nodeOf(join.name1);
+        const qsizetype right = nodeOf(join.name2);
+        if (left < 0 || right < 0) {
+            *error = QStringLiteral("a join names a table it does not read");
+            return std::nullopt;
+        }
+        if (left == right) {
+            // A further condition between two tables already joined.
+            nodes[left].sql.insert(nodes[left].sql.size() - 1, QStringLiteral(" AND ") + on->sql);
+            continue;
+        }
+        const char* kind = join.flag == 2 ? "LEFT" : join.flag == 3 ? "RIGHT" : "INNER";
+        JoinNode joined{nodes[left].keys + nodes[right].keys,
+                        QStringLiteral("(%1 %2 JOIN %3 ON %4)")
+                            .arg(nodes[left].sql, QLatin1String(kind), nodes[right].sql, on->sql)};
+        nodes.removeAt(std::max(left, right));
+        nodes.removeAt(std::min(left, right));
+        nodes.append(joined);
+    }
+    QStringList parts;
+    for (const JoinNode& node : nodes)
+        parts.append(node.sql);
+    return parts.join(QStringLiteral(", "));
+}
+
+// A column's name when the query gives it none: the field's own name for a plain field,
+// Expr1000, Expr1001 ... for anything else.
+QString defaultColumnName(const QString& expression, int* unnamed)
+{
+    static const QRegularExpression field(
+        QStringLiteral("^(?:(?:\\[[^\\]]*\\]|\\w+)\\.)?(?:\\[([^\\]]*)\\]|(\\w+))$"));
+    const QRegularExpressionMatch m = field.match(expression.trimmed());
+    if (m.hasMatch())
+        return m.captured(1).isEmpty() ? m.captured(2) : m.captured(1);
+    return QStringLiteral("Expr%1").arg(1000 + (*unnamed)++);
+}
+
+// A select query rebuilt from its definition rows.
+std::optional<QString> selectStatement(JetSqlTranslator& translator,
+                                       const QList<DefinitionRow>& definition,
+                                       QHash<QString, qint16>* columnTypes, QString* error)
+{
+    const QList<DefinitionRow> flagRows = rowsOf(definition, FlagRow);
+    const int flags = flagRows.isEmpty() ? 0 : flagRows[0].flag;
+    if (flags & TopPercent) {
+        *error = QStringLiteral("TOP ... PERCENT is not supported");
+        return std::nullopt;
+    }
+    // The sources first, so that every expression knows their columns.
+    const std::optional<QString> from = fromClause(translator, definition, error);
+    if (!from)
+        return std::nullopt;
+    // Fields shown under the same name are told apart by their tables, as Jet does.
+    const QList<DefinitionRow> columnRows = rowsOf(definition, ColumnRow);
+    QStringList names;
+    int unnamed = 0;
+    for (const DefinitionRow& row : columnRows)
+        names.append(row.name1.isEmpty() ? defaultColumnName(row.expression, &unnamed) : row.name1);
+    for (qsizetype i = 0; i < names.size(); ++i) {
+        if (names.count(names[i]) > 1 && columnRows[i].name1.isEmpty())
+            names[i] = QString(columnRows[i].expression).remove(u'[').remove(u']');
+    }
+    QStringList columns;
+    for (qsizetype i = 0; i < columnRows.size(); ++i) {
+        const DefinitionRow& row = columnRows[i];
+        const std::optional<JetSqlExpression> column = translator.expression(row.expression, error);
+        if (!column)
+            return std::nullopt;
+        if (column->sql.endsWith(QLatin1String(".*"))) {
+            columns.append(column->sql);
+            continue;
+        }
+        const QString& name = names[i];
+        columns.append(column->sql + QStringLiteral(" AS ") + JetSqlTranslator::quoted(name));
+        columnTypes->insert(name, column->type);
+    }
+    if (flags & SelectStar)
+        columns.append(QStringLiteral("*"));
+    if (columns.isEmpty()) {
+        *error = QStringLiteral("it selects no columns");
+        return std::nullopt;
+    }
+    // DISTINCTROW keeps one row per record of the tables whose fields are shown; over those
+    // fields (their keys among them, as a rule) that is DISTINCT. With * it changes nothing.
+    const bool distinct = (flags & Distinct) || ((flags & DistinctRow) && !(flags & SelectStar));
+    QString sql = QStringLiteral("SELECT ") + (distinct ? "DISTINCT " : "") +
+                  columns.join(QStringLiteral(", "));
+    if (!from->isEmpty())
+        sql += QStringLiteral(" FROM ") + *from;
+    const auto clause = [&](int attribute, const char* keyword, const QString& separator,
+                            bool ordering) -> bool {
+        QStringList parts;
+        for (const DefinitionRow& row : rowsOf(definition, attribute)) {
+            const std::optional<JetSqlExpression> part =
+                translator.expression(row.expression, error);
+            if (!part)
+                return false;
+            const bool descending =
+                ordering && row.name1.compare(QLatin1String("D"), Qt::CaseInsensitive) == 0;
+            parts.append(part->sql + (descending ? QStringLiteral(" DESC") : QString()));
+        }
+        if (!parts.isEmpty())
+            sql += u' ' + QLatin1String(keyword) + u' ' + parts.join(separator);
+        return true;
+    };
+    if (!clause(WhereRow, "WHERE", QStringLiteral(" AND "), false) ||
+        !clause(GroupByRow, "GROUP BY", QStringLiteral(", "), false) ||
+        !clause(HavingRow, "HAVING", QStringLiteral(" AND "), false) ||
+        !clause(OrderByRow, "ORDER BY", QStringLiteral(", "), true))
+        return std::nullopt;
+    if (flags & Top)
+        sql += QStringLiteral(" LIMIT ") + QString::number(flagRows[0].name1.toLongLong());
+    return sql;
+}
+
+// A union query: its parts are kept as SQL text, joined by UNION or UNION ALL.
+std::optional<QString> unionStatement(JetSqlTranslator& translator,
+                                      const QList<DefinitionRow>& definition, QString* error)
+{
+    QStringList parts;
+    for (const DefinitionRow& row : rowsOf(definition, SourceRow))
+        parts.append(row.expression.trimmed().remove(QRegularExpression(QStringLiteral(";\\s*$"))));
+    if (parts.size() < 2) {
+        *error = QStringLiteral("its parts are missing");
+        return std::nullopt;
+    }
+    const QList<DefinitionRow> flagRows = rowsOf(definition, FlagRow);
+    const bool all = !flagRows.isEmpty() && (flagRows[0].flag & UnionAll);
+    QString jet = parts.join(all ? QStringLiteral(" UNION ALL ") : QStringLiteral(" UNION "));
+    // The order of the whole union is kept apart from its parts.
+    QStringList keys;
+    for (const DefinitionRow& row : rowsOf(definition, OrderByRow))
+        keys.append(row.expression +
+                    (row.name1.compare(QLatin1String("D"), Qt::CaseInsensitive) == 0
+                         ? QStringLiteral(" DESC")
+                         : QString()));
+    if (!keys.isEmpty())
+        jet += QStringLiteral(" ORDER BY ") + keys.join(QStringLiteral(", "));
+    return translator.statement(jet, error);
+}
+
+// The rows of a query as the engine gives them, typed like the fields they come from.
+class QueryRecordset final : public Recordset
+{
+public:
+    QueryRecordset(Engine engine, SqliteStatement statement, std::optional<qint64> rowLimit)
+        : m_engine(std::move(engine)), m_statement(std::move(statement)), m_rowLimit(rowLimit)
+    {
+    }
+
+    // Names and types once the first row has been read: a column computed by the engine
+    // without a known type is typed by that row's value.
+    void describe(const QHash<QString, qint16>& columnTypes)
+    {
+        sqlite3_stmt* rows = m_statement.get();
+        for (int i = 0; i < sqlite3_column_count(rows); ++i) {
+            const QString name = QString::fromUtf8(sqlite3_column_name(rows, i));
+            m_names.append(name);
+            std::optional<qint16> type = typeForDeclaration(sqlite3_column_decltype(rows, i));
+            if (!type && columnTypes.value(name, 0) != 0)
+                type = columnTypes.value(name);
+            m_types.append(type.value_or(
+                fieldTypeForStorageClass(m_atEnd ? SQLITE_NULL : sqlite3_column_type(rows, i))));
+        }
+    }
+
+    int fieldCount() const override { return int(m_names.size()); }
+    QString fieldName(int field) const override { return m_names.value(field); }
+    qint16 fieldType(int field) const override { return m_types.value(field); }
+
+    bool moveFirst() override
+    {
+        sqlite3_reset(m_statement.get());
+        m_rowsRead = 0;
+        return step() == SQLITE_ROW;
+    }
+    bool moveNext() override { return !m_atEnd && step() == SQLITE_ROW; }
+    bool atEnd() const override { return m_atEnd; }
+
+    QVariant value(int field) const override
+    {
+        if (m_atEnd || field < 0 || field >= m_types.size())
+            return {};
+        sqlite3_stmt* rows = m_statement.get();
+        if (m_types[field] == FieldCurrency && sqlite3_column_type(rows, field) != SQLITE_NULL)
+            return QVariant::fromValue(
+                Currency{std::llround(sqlite3_column_double(rows, field) * Currency::kScale)});
+        return columnValue(rows, field, m_types[field]);
+    }
+
+    qint64 recordCount() const override { return m_rowsRead; }
+
+    // Reads the next row, unless the row limit is reached; the engine's result code.
+    int step()
+    {
+        if (m_rowLimit && m_rowsRead >= *m_rowLimit) {
+            m_atEnd = true;
+            return SQLITE_DONE;
+        }
+        const int result = sqlite3_step(m_statement.get());
+        m_atEnd = result != SQLITE_ROW;
+        if (!m_atEnd)
+            ++m_rowsRead;
+        return result;
+    }
+
+    QString lastError() const { return QString::fromUtf8(sqlite3_errmsg(m_engine.get())); }
+
+private:
+    Engine m_engine;
+    SqliteStatement m_statement;
+    std::optional<qint64> m_rowLimit;
+    QStringList m_names;
+    QList<qint16> m_types;
+    bool m_atEnd = true;
+    qint64 m_rowsRead = 0;
+};
+
+std::unique_ptr<Recordset> run(DataSource& database, const JetHandle& file,
+                               const JetCatalog& catalog, const JetObject& query,
+                               std::optional<qint64> rowLimit, QString* problem)
+{
+    const std::optional<QList<DefinitionRow>> definition = readDefinition(file, query.id, problem);
+    if (!definition)
+        return nullptr;
+    const QueryKind kind = kindOf(query, *definition);
+    if (kind == QueryKind::Action) {
+        *problem = QStringLiteral("it is an action, data-definition or pass-through query, "
+                                  "which changes data or runs elsewhere");
+        return nullptr;
+    }
+    if (kind == QueryKind::Crosstab) {
+        *problem = QStringLiteral("crosstab queries are not supported");
+        return nullptr;
+    }
+    const QList<DefinitionRow> parameters = rowsOf(*definition, ParameterRow);
+    if (!parameters.isEmpty()) {
+        QStringList names;
+        for (const DefinitionRow& row : parameters)
+            names.append(row.name1);
+        *problem =
+            QStringLiteral("it asks for parameters (%1)").arg(names.join(QStringLiteral(", ")));
+        return nullptr;
+    }
+    if (!rowsOf(*definition, RemoteDatabaseRow).isEmpty()) {
+        *problem = QStringLiteral("it reads another database");
+        return nullptr;
+    }
+
+    Workspace workspace(database, catalog);
+    if (!workspace.start(problem))
+        return nullptr;
+    JetSqlTranslator translator(
+        [&workspace](const QString& name, QString* error) { return workspace.load(name, error); });
+    QHash<QString, qint16> columnTypes;
+    const std::optional<QString> sql =
+        kind == QueryKind::Union ? unionStatement(translator, *definition, problem)
+                                 : selectStatement(translator, *definition, &columnTypes, problem);
+    if (!sql)
+        return nullptr;
+    SqliteStatement statement = workspace.prepare(*sql, problem);
+    if (!statement)
+        return nullptr;
+    // A negative limit means no rows, as for tables.
+    if (rowLimit)
+        rowLimit = std::max<qint64>(*rowLimit, 0);
+    auto records =
+        std::make_unique<QueryRecordset>(workspace.release(), std::move(statement), rowLimit);
+    const int first = records->step();
+    if (first != SQLITE_ROW && first != SQLITE_DONE) {
+        *problem = records->lastError();
+        return nullptr;
+    }
+    records->describe(columnTypes);
+    return records;
+}
+
+} // namespace
+
+std::unique_ptr<Recordset> open(DataSource& database, const JetHandle& file,
+                                const JetCatalog& catalog, const JetObject& query,
+                                std::optional<qint64> rowLimit, QString* error)
+{
+    QString problem;
+    std::unique_ptr<Recordset> records;
+    if (nesting >= MaxNesting) {
+        problem = QStringLiteral("its queries read each other in a circle");
+    } else {
+        ++nesting;
+        records = run(database, file, catalog, query, rowLimit, &problem);
+        --nesting;
+    }
+    if (!records && error)
+        *error = QStringLiteral("The query '%1' cannot be run: %2.").arg(query.name, problem);
+    return records;
 }
 
 } // namespace tabulor::JetQuery

@@ -110,8 +110,11 @@ std::unique_ptr<OdbcConnection> OdbcConnection::open(const QString& connection, 
 
     const QString text =
         connection.contains(u'=') ? connection : QStringLiteral("DSN=") + connection;
-    const SQLRETURN connected = SQLDriverConnectW(handle, nullptr, odbcWide(text), SQL_NTS, nullptr,
-                                                  0, nullptr, SQL_DRIVER_NOPROMPT);
+    // Narrow and UTF-8, for the same reason as statements (see odbcExecute).
+    QByteArray utf8 = text.toUtf8();
+    const SQLRETURN connected =
+        SQLDriverConnect(handle, nullptr, reinterpret_cast<SQLCHAR*>(utf8.data()),
+                         SQLSMALLINT(utf8.size()), nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
     if (!SQL_SUCCEEDED(connected))
         return fail(diagnostics(SQL_HANDLE_DBC, handle));
     result->m_connected = true;
@@ -184,9 +187,11 @@ void OdbcConnection::endTransaction() const
         SQLEndTran(SQL_HANDLE_DBC, m_connection, SQL_ROLLBACK);
 }
 
-SQLWCHAR* odbcWide(const QString& text)
+SQLRETURN odbcExecute(void* statement, const QString& sql)
 {
-    return const_cast<SQLWCHAR*>(reinterpret_cast<const SQLWCHAR*>(text.utf16()));
+    QByteArray utf8 = sql.toUtf8();
+    return SQLExecDirect(statement, reinterpret_cast<SQLCHAR*>(utf8.data()),
+                         SQLINTEGER(utf8.size()));
 }
 
 std::optional<QString> odbcText(void* statement, int column)

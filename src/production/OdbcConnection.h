@@ -57,8 +57,11 @@ private:
     QString m_quote;
 };
 
-// A text as the driver manager's wide strings take it (UTF-16, like QString's own).
-SQLWCHAR* odbcWide(const QString& text);
+// Runs one statement. Texts go to the driver as UTF-8 through the narrow functions: the
+// driver manager hands them on unchanged, where its conversion of wide text for a driver
+// without wide functions keeps only Latin-1. What comes back is read as wide text, which
+// every driver converts itself.
+SQLRETURN odbcExecute(void* statement, const QString& sql);
 
 // A column (counted from 0) of the current row as text (character data) or bytes (binary data),
 // read in pieces of any length; nullopt for NULL or when the driver cannot deliver it.

@@ -54,9 +54,10 @@ OdbcDataSource::~OdbcDataSource() = default;
 QList<OdbcDataSource::Listed> OdbcDataSource::tables() const
 {
     const OdbcStatement statement = m_catalog->statement(nullptr);
-    QString all = QStringLiteral("%");
-    if (!statement || !SQL_SUCCEEDED(SQLTablesW(statement.get(), nullptr, 0, nullptr, 0,
-                                                odbcWide(all), SQL_NTS, nullptr, 0)))
+    // Every schema and table: some drivers list only the current schema when none is given.
+    SQLCHAR any[] = "%";
+    if (!statement || !SQL_SUCCEEDED(SQLTables(statement.get(), nullptr, 0, any, SQL_NTS, any,
+                                               SQL_NTS, nullptr, 0)))
         return {};
     QList<Listed> tables;
     QList<Listed> views;
@@ -116,7 +117,7 @@ std::optional<qint64> OdbcDataSource::countRows(const QString& name)
     std::optional<qint64> count;
     SQLBIGINT rows = 0;
     SQLLEN indicator = 0;
-    if (SQL_SUCCEEDED(SQLExecDirectW(statement.get(), odbcWide(sql), SQL_NTS)) &&
+    if (SQL_SUCCEEDED(odbcExecute(statement.get(), sql)) &&
         SQL_SUCCEEDED(SQLFetch(statement.get())) &&
         SQL_SUCCEEDED(
             SQLGetData(statement.get(), 1, SQL_C_SBIGINT, &rows, sizeof rows, &indicator)) &&

@@ -95,6 +95,26 @@ QVariant readDate(SQLHSTMT statement, int column, SQLSMALLINT sqlType)
                      Qt::UTC);
 }
 
+// Money as the server writes it, such as "$1,234.56", "-1.234,56 €" or "(12.50)", as a plain
+// decimal: the last point or comma followed by digits only is the decimal separator, other
+// points, commas, symbols and spaces are dropped, and parentheses make it negative.
+QString plainAmount(const QString& money)
+{
+    QString digits;
+    qsizetype separator = -1;
+    for (QChar c : money) {
+        if (c.isDigit()) {
+            digits.append(c);
+        } else if (c == u'.' || c == u',') {
+            separator = digits.size();
+        }
+    }
+    if (separator >= 0 && separator < digits.size() && digits.size() - separator <= 4)
+        digits.insert(separator, u'.');
+    const bool negative = money.contains(u'-') || money.contains(u'(');
+    return negative ? u'-' + digits : digits;
+}
+
 // Exact numbers come as text, so that nothing is lost before the value is typed.
 QVariant readNumber(SQLHSTMT statement, int column, qint16 fieldType)
 {
@@ -102,7 +122,10 @@ QVariant readNumber(SQLHSTMT statement, int column, qint16 fieldType)
     if (!text)
         return {};
     if (fieldType == FieldCurrency) {
-        if (const std::optional<Currency> exact = Currency::fromString(*text))
+        std::optional<Currency> exact = Currency::fromString(*text);
+        if (!exact)
+            exact = Currency::fromString(plainAmount(*text));
+        if (exact)
             return QVariant::fromValue(*exact);
     }
     return text->toDouble();
@@ -195,7 +218,7 @@ bool OdbcRecordset::start(QString* error)
         SQLSetStmtAttrW(handle, SQL_ATTR_MAX_ROWS,
                         reinterpret_cast<SQLPOINTER>(SQLULEN(std::max<qint64>(*m_rowLimit, 1))), 0);
     }
-    const SQLRETURN executed = SQLExecDirectW(handle, odbcWide(m_sql), SQL_NTS);
+    const SQLRETURN executed = odbcExecute(handle, m_sql);
     if (!SQL_SUCCEEDED(executed)) {
         setError(error, OdbcConnection::diagnostics(SQL_HANDLE_STMT, handle));
         m_connection->endTransaction();

@@ -82,8 +82,9 @@ QString OdbcConnection::diagnostics(short handleType, void* handle)
 std::unique_ptr<OdbcConnection> OdbcConnection::open(const QString& connection, QString* error)
 {
     const auto fail = [&](const QString& reason) {
-        setError(error, QStringLiteral("The ODBC data source '%1' cannot be opened: %2")
-                            .arg(connection, reason));
+        setError(
+            error,
+            QStringLiteral("The database 'odbc:%1' cannot be opened: %2").arg(connection, reason));
         return nullptr;
     };
     if (connection.trimmed().isEmpty())

@@ -229,6 +229,7 @@ TEST(OdbcConnections, FailuresComeBackAsMessagesWithinTheTimeout)
         EXPECT_FALSE(openDatabase(c.name, &error));
         EXPECT_LT(timer.elapsed(), 3000);
         EXPECT_TRUE(error.contains(c.expected)) << error.toStdString();
+        EXPECT_TRUE(error.contains("'" + c.name + "'")) << error.toStdString();
     }
     // The driver was told not to make the file it could not find.
     EXPECT_FALSE(QFile::exists(missing));

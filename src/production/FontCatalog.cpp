@@ -45,14 +45,21 @@ QString FontCatalog::family(const QString& requested) const
     return used;
 }
 
-QFont FontCatalog::font(const ReportStyle& style) const
+FontSpec FontCatalog::fontSpec(const ReportStyle& style)
 {
-    QFont font(family(style.FontName));
-    font.setPointSizeF(style.FontSize > 0 ? style.FontSize : 8.25);
-    font.setBold(style.FontBold);
-    font.setItalic(style.FontItalic);
-    font.setUnderline(style.FontUnderline);
-    font.setStrikeOut(style.FontStrikeThru);
+    return FontSpec{style.FontName,      style.FontSize > 0 ? style.FontSize : 8.25,
+                    style.FontBold,      style.FontItalic,
+                    style.FontUnderline, style.FontStrikeThru};
+}
+
+QFont FontCatalog::font(const FontSpec& spec) const
+{
+    QFont font(family(spec.family));
+    font.setPointSizeF(spec.pointSize > 0 ? spec.pointSize : 8.25);
+    font.setBold(spec.bold);
+    font.setItalic(spec.italic);
+    font.setUnderline(spec.underline);
+    font.setStrikeOut(spec.strikeOut);
     return font;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "definition/ReportStyle.h"
+#include "production/DisplayList.h"
 
 #include <QFont>
 #include <QHash>
@@ -18,7 +19,9 @@ class FontCatalog
 public:
     FontCatalog();
 
-    QFont font(const ReportStyle& style) const;
+    QFont font(const FontSpec& spec) const;
+    QFont font(const ReportStyle& style) const { return font(fontSpec(style)); }
+    static FontSpec fontSpec(const ReportStyle& style);
     // "Name (replaced by Other)" for each face asked for that is not installed.
     QStringList substitutions() const;
 

@@ -16,6 +16,8 @@ public:
 
     double width(const QString& text) const;
     double lineHeight() const { return m_lineHeight; }
+    // From the top of a line to its baseline.
+    double ascent() const { return m_metrics.ascent(); }
 
     // The lines of text within width: broken at blanks when wrapping (a word wider than the
     // width is broken between characters), at most maxLines of them. Text that does not fit

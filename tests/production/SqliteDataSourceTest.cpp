@@ -186,8 +186,9 @@ TEST(OpenDatabase, RefusesWhatItCannotReadWithAMessageNamingIt)
         {file("schema-noise.sqlite",
               database.left(100) + noise.left(4096 - 100) + database.mid(4096)),
          "cannot be opened"},
-        {"postgresql://reports@localhost/sales", "not a database this version can read"},
-        {"odbc:DSN=Sales", "not a database this version can read"},
+        // Server addresses go to their own readers, which fail to connect here.
+        {"postgresql://reports@127.0.0.1:1/sales", "cannot be opened"},
+        {"odbc:DSN=NoSuchSource", "cannot be opened"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name.toStdString());

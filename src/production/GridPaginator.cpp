@@ -1,0 +1,198 @@
+#include "production/GridPaginator.h"
+
+#include "production/PageBreakRules.h"
+
+#include <algorithm>
+
+namespace tabulor {
+
+namespace {
+
+QColor colourOf(qint32 bgr)
+{
+    return QColor(bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF);
+}
+
+// Rule codes 1 thin, 2 medium, 3 thick.
+double ruleWidth(qint16 code)
+{
+    return code <= 0 ? 0 : 15.0 * std::min<qint16>(code, 3);
+}
+
+constexpr qint32 kWhite = 0xFFFFFF;
+
+} // namespace
+
+GridPaginator::GridPaginator(PageDocument& document, const OutlineGrid& grid,
+                             const GridLayout& layout, const ReportDefinition& definition)
+    : m_document(document), m_grid(grid), m_layout(layout), m_definition(definition)
+{
+    m_columns = std::clamp(document.setup().columns, 1, 16);
+    m_columnWidth = (document.setup().printableWidth() - (m_columns - 1) * kColumnGap) / m_columns;
+}
+
+double GridPaginator::left() const
+{
+    return m_document.setup().marginLeft + m_column * (m_columnWidth + kColumnGap);
+}
+
+GridPaginator::RowBox GridPaginator::boxOf(const GridRow& row) const
+{
+    const ReportStyle& s = m_definition.styles[m_layout.paintStyle(row)];
+    return RowBox{static_cast<double>(s.Before), m_layout.rowHeight(row),
+                  static_cast<double>(s.After)};
+}
+
+void GridPaginator::paintBorders()
+{
+    const PageSetup& setup = m_document.setup();
+    const qint16 code = setup.pageBorder;
+    if (code <= 0)
+        return;
+    const double l = setup.marginLeft;
+    const double r = setup.pageSize().width() - setup.marginRight;
+    const double t = setup.marginTop;
+    const double b = setup.printableBottom();
+    auto line = [&](double x1, double y1, double x2, double y2) {
+        m_document.draw(Rule{QLineF(x1, y1, x2, y2), 15, Qt::black});
+    };
+    const bool top = code == 2 || code == 3 || code == 4 || code == 6 || code == 7;
+    const bool bottom = code == 1 || code == 3 || code == 4 || code == 6 || code == 7;
+    const bool sides = code == 4 || code == 7;
+    const bool between = code == 5 || code == 6 || code == 7;
+    if (top)
+        line(l, t, r, t);
+    if (bottom)
+        line(l, b, r, b);
+    if (sides) {
+        line(l, t, l, b);
+        line(r, t, r, b);
+    }
+    if (between) {
+        for (int c = 1; c < m_columns; ++c) {
+            const double x = l + c * (m_columnWidth + kColumnGap) - kColumnGap / 2;
+            line(x, t, x, b);
+        }
+    }
+}
+
+void GridPaginator::startSegment(bool newPage)
+{
+    if (newPage) {
+        m_document.NewPage();
+        m_column = 0;
+        m_segmentTop = m_document.setup().marginTop;
+        paintBorders();
+    } else {
+        ++m_column;
+    }
+    m_y = m_segmentTop;
+    m_segmentHasRows = false;
+
+    // The column title row heads every page and column.
+    const ReportStyle& title = m_definition.styles[StyleDetailTitle];
+    const std::vector<QStringList> lines = [&] {
+        std::vector<QStringList> result;
+        const QStringList titles = m_layout.titles();
+        for (int i = 0; i < titles.size(); ++i) {
+            const double inner =
+                m_layout.columnWidths()[static_cast<size_t>(i)] - 2 * GridLayout::kCellPadding;
+            result.push_back(
+                m_layout.measure(StyleDetailTitle)
+                    .lines(titles.at(i), inner, m_definition.global.WordWrap, 1 << 20));
+        }
+        return result;
+    }();
+    std::vector<qint16> alignments;
+    for (int column : m_grid.reportColumns())
+        alignments.push_back(m_grid.column(column).alignment);
+    const RowBox box{static_cast<double>(title.Before), m_layout.titleHeight(),
+                     static_cast<double>(title.After)};
+    paintRow(StyleDetailTitle, lines, box, alignments);
+}
+
+void GridPaginator::paintRow(int style, const std::vector<QStringList>& lines, const RowBox& box,
+                             const std::vector<qint16>& alignments)
+{
+    const ReportStyle& s = m_definition.styles[style];
+    const TextMeasure& m = m_layout.measure(style);
+    const FontSpec font = FontCatalog::fontSpec(s);
+    const double top = m_y + box.before;
+    const double width = std::min(m_layout.totalWidth(), m_columnWidth);
+    const double x0 = left();
+    if (s.Back != kWhite)
+        m_document.draw(Fill{QRectF(x0, top, width, box.height), colourOf(s.Back)});
+
+    double x = x0;
+    const QColor text = colourOf(s.Text);
+    for (size_t c = 0; c < lines.size(); ++c) {
+        const double cellWidth = m_layout.columnWidths()[c];
+        const double inner = cellWidth - 2 * GridLayout::kCellPadding;
+        double y = top;
+        for (const QString& line : lines[c]) {
+            if (!line.isEmpty()) {
+                double lx = x + GridLayout::kCellPadding;
+                if (alignments[c] == 3)
+                    lx += (inner - m.width(line)) / 2;
+                else if (alignments[c] == 6)
+                    lx += inner - m.width(line);
+                m_document.draw(TextRun{QPointF(lx, y + m.ascent()), line, font, text});
+            }
+            y += m.lineHeight();
+        }
+        x += cellWidth;
+    }
+    const QColor rule = colourOf(s.Color);
+    if (s.Top > 0)
+        m_document.draw(Rule{QLineF(x0, top, x0 + width, top), ruleWidth(s.Top), rule});
+    if (s.Bottom > 0) {
+        const double bottom = top + box.height;
+        m_document.draw(Rule{QLineF(x0, bottom, x0 + width, bottom), ruleWidth(s.Bottom), rule});
+    }
+    m_y += box.total();
+}
+
+void GridPaginator::render()
+{
+    if (m_grid.reportColumns().isEmpty() || m_document.stopped())
+        return;
+    m_column = 0;
+    m_segmentTop = m_document.CurrentY();
+    if (m_document.PageCount() == 1)
+        paintBorders();
+    m_column = -1;
+    startSegment(false);
+
+    std::vector<qint16> alignments;
+    for (int column : m_grid.reportColumns())
+        alignments.push_back(m_grid.column(column).alignment);
+
+    const auto& rows = m_grid.rows();
+    const bool widowControl = !m_definition.global.WidowOK;
+    const double bottom = m_document.setup().printableBottom();
+    size_t i = 0;
+    while (i < rows.size() && !m_document.stopped()) {
+        // The run of rows that belongs together goes to the next column when it does not fit
+        // here but would fit there.
+        const size_t end = keepTogetherEnd(rows, i, widowControl);
+        double runHeight = 0;
+        for (size_t k = i; k < end; ++k)
+            runHeight += boxOf(rows[k]).total();
+        const double titleHeight = m_layout.titleHeight();
+        const double segmentRoom = bottom - m_document.setup().marginTop - titleHeight;
+        if (m_segmentHasRows && m_y + runHeight > bottom && runHeight <= segmentRoom)
+            startSegment(m_column + 1 >= m_columns);
+        for (size_t k = i; k < end && !m_document.stopped(); ++k) {
+            const GridRow& row = rows[k];
+            const RowBox box = boxOf(row);
+            if (m_segmentHasRows && m_y + box.total() > bottom)
+                startSegment(m_column + 1 >= m_columns);
+            paintRow(m_layout.paintStyle(row), m_layout.cellLines(row), box, alignments);
+            m_segmentHasRows = true;
+        }
+        i = end;
+    }
+    m_document.setCurrentY(m_y);
+}
+
+} // namespace tabulor

@@ -1,15 +1,33 @@
 #include "app/CommandLine.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 
 using namespace tabulor::cli;
 
+namespace {
+
+// Qt's own notes (a missing runtime folder and the like) are no business of the user's; real
+// failures reach the user as the command's own messages.
+void quietQtMessages(QtMsgType type, const QMessageLogContext&, const QString& message)
+{
+    if (type == QtFatalMsg || type == QtCriticalMsg || qEnvironmentVariableIsSet("TABULOR_DEBUG"))
+        printError(message);
+}
+
+} // namespace
+
 int main(int argc, char* argv[])
 {
-    QCoreApplication app(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("tabulor"));
+    // Reports are laid out with the system's fonts, which takes a GUI application; without a
+    // display it runs offscreen.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY") &&
+        qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler(quietQtMessages);
+    QGuiApplication app(argc, argv);
+    QGuiApplication::setApplicationName(QStringLiteral("tabulor"));
 
-    QStringList arguments = QCoreApplication::arguments();
+    QStringList arguments = QGuiApplication::arguments();
     if (arguments.size() < 2)
         return usageError(QStringLiteral("no command given"));
     const QString command = arguments.at(1);
@@ -23,6 +41,8 @@ int main(int argc, char* argv[])
         return runInfo(arguments);
     if (command == u"new")
         return runNew(arguments);
+    if (command == u"render")
+        return runRender(arguments);
     if (command == u"save")
         return runSave(arguments);
     if (command == u"sources")

@@ -3,10 +3,12 @@
 #include "definition/DefaultStyle.h"
 #include "production/DatabaseLocation.h"
 #include "production/ReportGridBuilder.h"
+#include "production/ReportRenderer.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QLocale>
 
 namespace tabulor {
 
@@ -285,6 +287,46 @@ void ReportSession::resizeColumn(int gridColumn, float width)
     }
     rebuildReport();
     m_definition.Dirty = true;
+}
+
+void ReportSession::RenderReport(PageDocument& document)
+{
+    Q_EMIT busyChanged(true);
+    TokenContext context;
+    context.databaseName = m_data.DatabaseShortName();
+    context.recordSource = m_data.RecordSourceName();
+    context.reportFileName = m_definition.CurrentFileName;
+    context.clock = m_clock;
+    context.locale = FormatLocale::fromQLocale(QLocale());
+    ReportRenderer renderer(m_definition, m_data.grid(), context);
+
+    document.onNewPage = [this](PageDocument& d) {
+        UpdateStatus(m_strings.text(Message::GENERATINGPAGE) + u' ' +
+                     QString::number(d.PageCount()) + QStringLiteral("..."));
+        if (d.Error > 0) {
+            d.stop();
+            tellUser(m_strings.text(Message::COULDNOTGENERATEREPORT), PromptIcon::Warning);
+        }
+    };
+    document.onEndDoc = [this, &renderer](PageDocument& d) {
+        UpdateStatus(QString());
+        if (d.OverlayHeadersAndFooters)
+            renderer.OverlayHeadersAndFooters(d);
+    };
+    renderer.RenderReport(document);
+    document.onNewPage = nullptr;
+    document.onEndDoc = nullptr;
+    Q_EMIT busyChanged(false);
+}
+
+void ReportSession::renderFullReport(PageDocument& document)
+{
+    UpdateStatus(m_strings.text(Message::GENERATINGFULLREPORT));
+    m_data.setUnlimitedRows(true);
+    m_data.LoadRowsIntoGrid();
+    rebuildReport();
+    RenderReport(document);
+    m_data.setUnlimitedRows(false);
 }
 
 } // namespace tabulor

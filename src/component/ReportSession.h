@@ -4,9 +4,11 @@
 #include "definition/DefinitionFile.h"
 #include "definition/ReportDefinition.h"
 #include "localisation/StringTable.h"
+#include "production/PageDocument.h"
 #include "production/ReportData.h"
 
 #include <QCollator>
+#include <QDateTime>
 #include <QObject>
 #include <QString>
 
@@ -87,6 +89,16 @@ public:
     // The user dragged a grid column to a new width (twips).
     void resizeColumn(int gridColumn, float width);
 
+    // Renders the report into a document: the title and the rows of the grid as it stands,
+    // then, when the document asks for them, the page header and footer with the final page
+    // count. Progress goes to the status; a document error stops it with a message.
+    void RenderReport(PageDocument& document);
+    // Loads every record, rebuilds the report over them and renders it; the working view's
+    // partial data is not loaded back.
+    void renderFullReport(PageDocument& document);
+
+    // Where dates and times in titles, headers and footers come from.
+    void setClock(std::function<QDateTime()> clock) { m_clock = std::move(clock); }
 Q_SIGNALS:
     void statusChanged(const QString& text);
     void busyChanged(bool busy);
@@ -109,6 +121,7 @@ private:
     std::optional<DefinitionReadError> m_lastReadError;
     QCollator m_collator;
     std::function<void()> m_eventPump;
+    std::function<QDateTime()> m_clock = [] { return QDateTime::currentDateTime(); };
     bool m_building = false;
     bool m_rebuildRequested = false;
 };

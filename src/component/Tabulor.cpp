@@ -38,7 +38,7 @@ void Tabulor::setDesigner(Designer* designer)
         m_designer->applyAccessMode(*actions);
 }
 
-bool Tabulor::DoReport(const QString& vrdFilePath, Recordset* rsUser)
+bool Tabulor::DoReport(const QString& vrdFilePath, PageDocument* zrPrinterOutput, Recordset* rsUser)
 {
     ReportSession& session = *m_session;
     session.ResetDefinition();
@@ -56,6 +56,8 @@ bool Tabulor::DoReport(const QString& vrdFilePath, Recordset* rsUser)
             session.definition().CurrentFileName = vrdFilePath;
             session.definition().Dirty = false;
             session.UpdateStatus(QString());
+            if (!designerShown && zrPrinterOutput)
+                session.renderFullReport(*zrPrinterOutput);
         } else {
             session.tellUser(session.invalidFileMessage(vrdFilePath));
             session.data().setHostRecordset(nullptr);

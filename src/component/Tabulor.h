@@ -10,6 +10,7 @@
 namespace tabulor {
 
 class Designer;
+class PageDocument;
 class Recordset;
 
 // The component a host creates: four settings and DoReport.
@@ -38,9 +39,12 @@ public:
 
     // Loads the definition at vrdFilePath (none when empty) with the host's recordset, if it
     // is one, in place of the database, and either lets the user work on it in the designer
-    // or produces it headless. Returns false when the definition could not be loaded; the
-    // user has then been told why.
-    bool DoReport(const QString& vrdFilePath, Recordset* rsUser = nullptr);
+    // or, with the designer hidden, renders the full report into the host's document. The
+    // page header and footer are drawn there only when the document asks for them
+    // (PageDocument::OverlayHeadersAndFooters). Returns false when the definition could not be
+    // loaded; the user has then been told why.
+    bool DoReport(const QString& vrdFilePath, PageDocument* zrPrinterOutput = nullptr,
+                  Recordset* rsUser = nullptr);
 
 private:
     std::unique_ptr<ReportSession> m_session;

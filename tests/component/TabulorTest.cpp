@@ -105,7 +105,7 @@ TEST(Tabulor, DoReportTellsTheUserWhenTheFileIsNoDefinition)
     Tabulor component(&prompt);
     component.setShowTabulor(false);
     MemoryRecordset host = MemoryRecordset::numbered(5);
-    EXPECT_FALSE(component.DoReport(QStringLiteral("/no/such/report.vrd"), &host));
+    EXPECT_FALSE(component.DoReport(QStringLiteral("/no/such/report.vrd"), nullptr, &host));
     ASSERT_EQ(prompt.messages.size(), 1);
     EXPECT_EQ(prompt.messages.first(),
               QStringLiteral("Invalid Data File, please try another.\r\n'/no/such/report.vrd'"));
@@ -118,11 +118,11 @@ TEST(Tabulor, OnlyARecordsetIsAdoptedAsTheSource)
     Tabulor component;
     component.setShowTabulor(false);
     NotARecordset other;
-    ASSERT_TRUE(component.DoReport(QString(), &other));
+    ASSERT_TRUE(component.DoReport(QString(), nullptr, &other));
     EXPECT_EQ(component.session().data().hostRecordset(), nullptr);
 
     MemoryRecordset host = MemoryRecordset::numbered(2);
-    ASSERT_TRUE(component.DoReport(QString(), &host));
+    ASSERT_TRUE(component.DoReport(QString(), nullptr, &host));
     EXPECT_EQ(component.session().data().hostRecordset(), &host);
 }
 

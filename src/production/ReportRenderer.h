@@ -1,0 +1,35 @@
+#pragma once
+
+#include "definition/ReportDefinition.h"
+#include "production/OutlineGrid.h"
+#include "production/PageDocument.h"
+#include "production/Tokens.h"
+
+namespace tabulor {
+
+// Renders a built report grid into a page document: the page set up from the definition, the
+// report title, the rows over as many pages as they need, and, once the document is complete,
+// the page header and footer on every page with the final page count.
+class ReportRenderer
+{
+public:
+    // context gives the names and the clock the tokens stand for; its page count is taken
+    // from the document as it goes.
+    ReportRenderer(const ReportDefinition& definition, const OutlineGrid& grid,
+                   TokenContext context);
+
+    void RenderReport(PageDocument& document);
+    // Draws the page header and footer on every page of a finished document.
+    void OverlayHeadersAndFooters(PageDocument& document);
+
+private:
+    void useStyle(PageDocument& document, int style) const;
+    void drawHeaderLine(PageDocument& document, const QString& expanded, int page, int style,
+                        bool header) const;
+
+    const ReportDefinition& m_definition;
+    const OutlineGrid& m_grid;
+    TokenContext m_context;
+};
+
+} // namespace tabulor

@@ -1,5 +1,7 @@
 #include "production/JetSqlFunctions.h"
 
+#include "production/DisplayFormat.h"
+
 #include "production/SqliteValues.h"
 
 #include <QDateTime>
@@ -258,128 +260,6 @@ void edgeFinal(sqlite3_context* context)
     sqlite3_value_free(*kept);
 }
 
-QString formatDate(const QDateTime& when, QString format)
-{
-    static const QLocale english(QLocale::English, QLocale::UnitedStates);
-    const QString named = format.toLower();
-    if (named == u"short date")
-        format = QStringLiteral("m/d/yyyy");
-    else if (named == u"medium date")
-        format = QStringLiteral("dd-mmm-yy");
-    else if (named == u"long date")
-        format = QStringLiteral("dddd, mmmm d, yyyy");
-    else if (named == u"long time")
-        format = QStringLiteral("h:nn:ss AM/PM");
-    else if (named == u"short time")
-        format = QStringLiteral("hh:nn");
-    else if (named == u"general date" || named.isEmpty())
-        format = when.time() == QTime(0, 0) ? QStringLiteral("m/d/yyyy")
-                                            : QStringLiteral("m/d/yyyy h:nn:ss AM/PM");
-    const bool twelveHours = format.contains(QLatin1String("AM/PM"), Qt::CaseInsensitive);
-    const QDate date = when.date();
-    const QTime time = when.time();
-    // Longest tokens first; m after h is minutes in the old notation, as is n.
-    static const char* const tokens[] = {"yyyy", "yy",   "q",   "mmmm", "mmm", "mm",
-                                         "m",    "dddd", "ddd", "dd",   "d",   "hh",
-                                         "h",    "nn",   "n",   "ss",   "s",   "AM/PM"};
-    QString out;
-    bool afterHour = false;
-    for (qsizetype i = 0; i < format.size();) {
-        const char* match = nullptr;
-        for (const char* token : tokens) {
-            if (format.mid(i, qsizetype(strlen(token)))
-                    .compare(QLatin1String(token), Qt::CaseInsensitive) == 0) {
-                match = token;
-                break;
-            }
-        }
-        if (!match) {
-            out += format[i++];
-            continue;
-        }
-        const QString t = QString::fromLatin1(match).toLower();
-        i += t.size();
-        const int hour = twelveHours ? (time.hour() + 11) % 12 + 1 : time.hour();
-        if (t == u"yyyy")
-            out += QString::number(date.year()).rightJustified(4, u'0');
-        else if (t == u"yy")
-            out += QString::number(date.year() % 100).rightJustified(2, u'0');
-        else if (t == u"q")
-            out += QString::number((date.month() - 1) / 3 + 1);
-        else if (t == u"mmmm")
-            out += english.monthName(date.month());
-        else if (t == u"mmm")
-            out += english.monthName(date.month(), QLocale::ShortFormat);
-        else if (t == u"mm" || t == u"m") {
-            const int n = afterHour ? time.minute() : date.month();
-            out += t == u"mm" ? QString::number(n).rightJustified(2, u'0') : QString::number(n);
-        } else if (t == u"dddd")
-            out += english.dayName(date.dayOfWeek());
-        else if (t == u"ddd")
-            out += english.dayName(date.dayOfWeek(), QLocale::ShortFormat);
-        else if (t == u"dd")
-            out += QString::number(date.day()).rightJustified(2, u'0');
-        else if (t == u"d")
-            out += QString::number(date.day());
-        else if (t == u"hh")
-            out += QString::number(hour).rightJustified(2, u'0');
-        else if (t == u"h")
-            out += QString::number(hour);
-        else if (t == u"nn")
-            out += QString::number(time.minute()).rightJustified(2, u'0');
-        else if (t == u"n")
-            out += QString::number(time.minute());
-        else if (t == u"ss")
-            out += QString::number(time.second()).rightJustified(2, u'0');
-        else if (t == u"s")
-            out += QString::number(time.second());
-        else
-            out += time.hour() < 12 ? QStringLiteral("AM") : QStringLiteral("PM");
-        afterHour = t.startsWith(u'h');
-    }
-    return out;
-}
-
-QString formatNumber(double value, QString format)
-{
-    const QString named = format.toLower();
-    if (named == u"currency")
-        format = QStringLiteral("$#,##0.00");
-    else if (named == u"fixed")
-        format = QStringLiteral("0.00");
-    else if (named == u"standard")
-        format = QStringLiteral("#,##0.00");
-    else if (named == u"percent")
-        format = QStringLiteral("0.00%");
-    else if (named == u"yes/no")
-        return value != 0 ? QStringLiteral("Yes") : QStringLiteral("No");
-    else if (named == u"general number" || named.isEmpty())
-        return QString::number(value, 'g', 15);
-    // The digits part: zeros and hashes, a point and grouping commas; the rest is kept.
-    const qsizetype first = format.indexOf(QRegularExpression(QStringLiteral("[0#]")));
-    if (first < 0)
-        return format;
-    qsizetype last = first;
-    while (last < format.size() && QStringLiteral("0#,.").contains(format[last]))
-        ++last;
-    const QString digits = format.mid(first, last - first);
-    if (format.contains(u'%'))
-        value *= 100;
-    const qsizetype point = digits.indexOf(u'.');
-    const int decimals = point < 0 ? 0 : int(digits.size() - point - 1);
-    QString number = QString::number(std::fabs(roundHalfEven(value, decimals)), 'f', decimals);
-    if (digits.contains(u',')) {
-        const qsizetype end = number.contains(u'.') ? number.indexOf(u'.') : number.size();
-        for (qsizetype at = end - 3; at > 0; at -= 3)
-            number.insert(at, u',');
-    }
-    if (number.startsWith(QLatin1String("0")) && number.size() > 1 && number[1] == u'.' &&
-        !digits.startsWith(u'0') && !digits.startsWith(QLatin1String("#0")))
-        number.remove(0, 1);
-    return (value < 0 ? QStringLiteral("-") : QString()) + format.left(first) + number +
-           format.mid(last);
-}
-
 } // namespace
 
 bool jetLike(QStringView text, QStringView pattern)
@@ -451,15 +331,7 @@ bool jetLike(QStringView text, QStringView pattern)
 
 QString jetFormat(const QVariant& value, const QString& format)
 {
-    if (value.metaType() == QMetaType::fromType<QDate>())
-        return formatDate(QDateTime(value.toDate(), QTime(0, 0), Qt::UTC), format);
-    if (value.metaType() == QMetaType::fromType<QDateTime>())
-        return formatDate(value.toDateTime(), format);
-    bool number = false;
-    const double n = value.toDouble(&number);
-    if (number && value.metaType() != QMetaType::fromType<QString>())
-        return formatNumber(n, format);
-    return value.toString();
+    return formatValue(value, format, FormatLocale::fromQLocale(QLocale()));
 }
 
 bool registerJetFunctions(sqlite3* db)

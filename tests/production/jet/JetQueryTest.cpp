@@ -9,6 +9,8 @@
 
 #include <QDateTime>
 
+#include <QLocale>
+
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
@@ -266,8 +268,12 @@ TEST_F(JetExpressions, DatesNumbersAndTheirTypes)
     EXPECT_EQ(eval(R"(DatePart("q", #8/15/1997#))"), 3);
     EXPECT_EQ(eval(R"(Format(#7/4/1996#, "yyyy"))"), "1996");
     EXPECT_EQ(eval(R"(Format(#7/4/1996#, "dd-mmm-yyyy"))"), "04-Jul-1996");
+    // Format follows the user's locale, as the database's own function does.
+    const QLocale before;
+    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
     EXPECT_EQ(eval(R"(Format(1234.5, "Currency"))"), "$1,234.50");
     EXPECT_EQ(eval(R"(Format(0.125, "Percent"))"), "12.50%");
+    QLocale::setDefault(before);
     EXPECT_EQ(eval("#7/4/1996# + 30", &type), "1996-08-03");
     EXPECT_EQ(type, FieldDate);
     EXPECT_EQ(eval("#7/4/1996# - #7/1/1996#"), 3.0);

@@ -1,0 +1,89 @@
+#include "production/Tokens.h"
+#include "production/PageBreakRules.h"
+
+#include "QtPrinters.h"
+
+#include <QLocale>
+
+#include <gtest/gtest.h>
+
+using namespace tabulor;
+
+namespace {
+
+TokenContext context()
+{
+    TokenContext c;
+    c.pageCount = 12;
+    c.databaseName = QStringLiteral("Sales.mdb");
+    c.recordSource = QStringLiteral("Orders");
+    c.reportFileName = QStringLiteral("C:\\Reports\\orders.vrd");
+    c.clock = [] { return QDateTime(QDate(2026, 3, 7), QTime(14, 5, 9)); };
+    c.locale = FormatLocale::fromQLocale(QLocale(QLocale::English, QLocale::UnitedStates));
+    return c;
+}
+
+GridRow row(RowKind kind)
+{
+    GridRow r;
+    r.kind = kind;
+    return r;
+}
+
+} // namespace
+
+TEST(Tokens, EveryTokenButThePageNumberIsReplaced)
+{
+    const TokenContext c = context();
+    EXPECT_EQ(ExpandTokens(QStringLiteral("[<rs>] from <db> in <rf>, <n> pages, page <p>"), c),
+              QStringLiteral("[Orders] from Sales.mdb in orders.vrd, 12 pages, page <p>"));
+    EXPECT_EQ(ExpandTokens(QStringLiteral("<dd>|<tt>|<line>"), c),
+              QStringLiteral("07-Mar-26|02:05 PM|\n"));
+    EXPECT_EQ(ExpandTokens(QStringLiteral("<d> <ddd>"), c),
+              QStringLiteral("3/7/2026 Saturday, March 7, 2026"));
+
+    // An empty record source or file name leaves its token; an empty database becomes a blank.
+    TokenContext empty = c;
+    empty.recordSource.clear();
+    empty.reportFileName.clear();
+    empty.databaseName.clear();
+    EXPECT_EQ(ExpandTokens(QStringLiteral("<db>|<rs>|<rf>"), empty), QStringLiteral(" |<rs>|<rf>"));
+}
+
+TEST(Tokens, FileNamesLoseTheirFolderWithEitherSeparator)
+{
+    EXPECT_EQ(FileNameOnly(QStringLiteral("C:\\a\\b.vrd")), QStringLiteral("b.vrd"));
+    EXPECT_EQ(FileNameOnly(QStringLiteral("/home/u/b.vrd")), QStringLiteral("b.vrd"));
+    EXPECT_EQ(FileNameOnly(QStringLiteral("b.vrd")), QStringLiteral("b.vrd"));
+    EXPECT_EQ(FileNameOnly(QStringLiteral("dir\\")), QString());
+}
+
+TEST(Tokens, HeaderLinesSplitIntoAtMostThreeTrimmedParts)
+{
+    EXPECT_EQ(headerParts(QStringLiteral(" |<rs>|Page <p> of 9"), 4),
+              (QStringList{"", "<rs>", "Page 4 of 9"}));
+    EXPECT_EQ(headerParts(QStringLiteral(" | |2:05, Monday"), 1),
+              (QStringList{"", "", "2:05, Monday"}));
+    EXPECT_EQ(headerParts(QStringLiteral("a|b|c|d"), 1), (QStringList{"a", "b", "c"}));
+    EXPECT_EQ(headerParts(QStringLiteral("a|||d"), 1), (QStringList{"a", "", ""}));
+    EXPECT_EQ(headerParts(QStringLiteral("only"), 1), QStringList{"only"});
+}
+
+TEST(PageBreakRules, WidowControlKeepsHeadingsAndClosingRowsWithTheirRows)
+{
+    using K = RowKind;
+    // o0 o1 d d c1 o1 d c1 c0
+    const std::vector<GridRow> rows = {row(K::Opening), row(K::Opening), row(K::Data),
+                                       row(K::Data),    row(K::Closing), row(K::Opening),
+                                       row(K::Data),    row(K::Closing), row(K::Closing)};
+    const bool expected[] = {true, false, false, true, false, true, false, false, false};
+    for (size_t i = 0; i < rows.size(); ++i) {
+        EXPECT_EQ(breakAllowedBefore(rows, i, true), expected[i]) << i;
+        EXPECT_TRUE(breakAllowedBefore(rows, i, false)) << i;
+    }
+    // The runs that must stay together.
+    EXPECT_EQ(keepTogetherEnd(rows, 0, true), 3u); // headings with the first record
+    EXPECT_EQ(keepTogetherEnd(rows, 3, true), 5u); // the last record with its closing row
+    EXPECT_EQ(keepTogetherEnd(rows, 5, true), 9u);
+    EXPECT_EQ(keepTogetherEnd(rows, 0, false), 1u);
+}

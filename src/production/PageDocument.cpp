@@ -1,6 +1,7 @@
 #include "production/PageDocument.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace tabulor {
 
@@ -118,6 +119,100 @@ void PageDocument::Paragraph(const QString& text)
             NewPage();
         drawLines({line}, m_setup.marginLeft, m_currentY, width);
         m_currentY += m.lineHeight();
+    }
+}
+
+namespace {
+
+// One word (or blank, or tab) of rich text in its font.
+struct Piece
+{
+    QString text;
+    FontSpec font;
+    QColor color;
+    bool lineBreak = false;
+};
+
+constexpr double kTabStop = 720;
+
+} // namespace
+
+void PageDocument::TextRTF(const RichText& text)
+{
+    if (!m_open)
+        return;
+    const double width = m_setup.printableWidth();
+    for (const RichTextParagraph& paragraph : text.paragraphs) {
+        // Break the paragraph into words, blanks and line breaks, each in its run's font.
+        std::vector<Piece> pieces;
+        for (const RichTextRun& run : paragraph.runs) {
+            const FontSpec spec = run.format.font(font);
+            const QColor colour = run.format.color.value_or(TextColor);
+            QString word;
+            const auto flush = [&] {
+                if (!word.isEmpty())
+                    pieces.push_back(Piece{word, spec, colour});
+                word.clear();
+            };
+            for (QChar c : run.text) {
+                if (c == u'\n') {
+                    flush();
+                    pieces.push_back(Piece{QString(), spec, colour, true});
+                } else if (c == u' ' || c == u'\t') {
+                    flush();
+                    pieces.push_back(Piece{QString(c), spec, colour});
+                } else {
+                    word.append(c);
+                }
+            }
+            flush();
+        }
+        const FontSpec markFont = paragraph.mark.font(font);
+
+        // Lay the pieces out line by line.
+        size_t i = 0;
+        do {
+            std::vector<std::pair<const Piece*, double>> line; // piece and its x offset
+            double x = 0;
+            double height = measure(markFont).lineHeight();
+            double ascent = measure(markFont).ascent();
+            while (i < pieces.size()) {
+                const Piece& piece = pieces[i];
+                if (piece.lineBreak) {
+                    ++i;
+                    break;
+                }
+                const TextMeasure& m = measure(piece.font);
+                const double advance =
+                    piece.text == u"\t" ? kTabStop - std::fmod(x, kTabStop) : m.width(piece.text);
+                if (x + advance > width && !line.empty())
+                    break;
+                line.emplace_back(&piece, x);
+                x += advance;
+                height = std::max(height, m.lineHeight());
+                ascent = std::max(ascent, m.ascent());
+                ++i;
+            }
+            // Blanks at the end of a line take no room.
+            while (!line.empty() && line.back().first->text.trimmed().isEmpty()) {
+                x = line.back().second;
+                line.pop_back();
+            }
+            if (m_currentY + height > m_setup.printableBottom() && m_currentY > m_setup.marginTop)
+                NewPage();
+            double shift = m_setup.marginLeft;
+            if (paragraph.alignment == RichTextAlignment::Centre)
+                shift += (width - x) / 2;
+            else if (paragraph.alignment == RichTextAlignment::Right)
+                shift += width - x;
+            for (const auto& [piece, offset] : line) {
+                if (!piece->text.trimmed().isEmpty()) {
+                    draw(TextRun{QPointF(shift + offset, m_currentY + ascent), piece->text,
+                                 piece->font, piece->color});
+                }
+            }
+            m_currentY += height;
+        } while (i < pieces.size());
     }
 }
 

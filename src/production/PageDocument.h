@@ -4,6 +4,7 @@
 #include "production/FontCatalog.h"
 #include "production/PageSetup.h"
 #include "production/PageSink.h"
+#include "production/RichText.h"
 #include "production/TextMeasure.h"
 
 #include <QString>
@@ -57,6 +58,9 @@ public:
 
     // Text wrapped in the printable width, at the current position, which moves below it.
     void Paragraph(const QString& text);
+    // Rich text in the printable width at the current position, which moves below it; what
+    // its formats leave unset comes from the current font and colour.
+    void TextRTF(const RichText& text);
     // Text in a box, aligned in its width; a height of 0 takes what the text needs. The
     // current position does not move.
     void TextBox(const QString& text, double left, double top, double width, double height);

@@ -3,6 +3,7 @@
 #include "production/GridLayout.h"
 #include "production/GridPaginator.h"
 #include "production/GridText.h"
+#include "production/RtfReader.h"
 
 namespace tabulor {
 
@@ -58,7 +59,10 @@ void ReportRenderer::RenderReport(PageDocument& document)
         TokenContext now = m_context;
         now.pageCount = document.PageCount();
         const QString text = ExpandTokens(g.ReportTitle, now);
-        document.Paragraph(text);
+        if (text.startsWith(u'{'))
+            document.TextRTF(readRtf(text));
+        else
+            document.Paragraph(text);
         document.setCurrentY(document.CurrentY() + title.After);
         document.TextAlign = 0;
     }

@@ -69,22 +69,25 @@ TEST(ReportTitle, ABraceFirstMakesItRichText)
 {
     const auto drawn = texts(renderedPage(
         QStringLiteral(
-            R"({\rtf1\ansi{\fonttbl{\f0 Tahoma;}}\qc {\b Quarterly} sales\par\ql second line})"),
+            R"({\rtf1\ansi{\fonttbl{\f0 Tahoma;}}\qc {\i Quarterly} sales\par\ql second line})"),
         QString(), QString()));
-    const Drawn* bold = find(drawn, QStringLiteral("Quarterly"));
+    const Drawn* italic = find(drawn, QStringLiteral("Quarterly"));
     const Drawn* plain = find(drawn, QStringLiteral("sales"));
     const Drawn* second = find(drawn, QStringLiteral("second"));
-    ASSERT_TRUE(bold && plain && second);
-    EXPECT_TRUE(bold->font.bold);
-    EXPECT_FALSE(plain->font.bold);
-    EXPECT_EQ(bold->origin.y(), plain->origin.y());
-    EXPECT_GT(second->origin.y(), bold->origin.y());
-    EXPECT_GT(bold->origin.x(), second->origin.x()); // centred above a left-aligned line
+    ASSERT_TRUE(italic && plain && second);
+    EXPECT_TRUE(italic->font.italic);
+    EXPECT_FALSE(plain->font.italic);
+    // What the text leaves unset comes from the title's style, which is bold.
+    EXPECT_TRUE(plain->font.bold);
+    EXPECT_EQ(italic->font.pointSize, 12);
+    EXPECT_EQ(italic->origin.y(), plain->origin.y());
+    EXPECT_GT(second->origin.y(), italic->origin.y());
+    EXPECT_GT(italic->origin.x(), second->origin.x()); // centred above a left-aligned line
 
-    // A blank before the brace makes it a plain paragraph, shown as it stands.
+    // A blank before the brace makes it a plain paragraph: the braces show as text.
     const auto plainTitle =
         texts(renderedPage(QStringLiteral(" {not rich}"), QString(), QString()));
-    EXPECT_TRUE(find(plainTitle, QStringLiteral(" {not rich}")));
+    EXPECT_TRUE(find(plainTitle, QStringLiteral("{not rich}")));
 }
 
 TEST(PageHeaders, ShowAtMostThreePartsAndNothingForEmptyOnes)

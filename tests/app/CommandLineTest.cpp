@@ -2,10 +2,12 @@
 
 #include "TestSupport.h"
 
+#include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -212,4 +214,75 @@ TEST_F(CommandLineTest, NewMakesADefinitionWhoseRowsInfoShows)
              samplePath(QStringLiteral("sample.sqlite")), QStringLiteral("--source"),
              QStringLiteral("No such view"), QStringLiteral("-o"), made});
     EXPECT_EQ(missing.status, 1);
+}
+
+TEST_F(CommandLineTest, RenderWritesTheSampleReportAsSearchablePdfAndAsImages)
+{
+    const QString pdf = dir.filePath(QStringLiteral("report.pdf"));
+    const ToolRun rendered =
+        run({QStringLiteral("render"), samplePath(QStringLiteral("sales_by_region.vrd")),
+             QStringLiteral("-o"), pdf});
+    ASSERT_EQ(rendered.status, 0) << rendered.err.toStdString();
+    EXPECT_TRUE(rendered.err.isEmpty()) << rendered.err.toStdString();
+
+    QProcess info;
+    info.start(QStringLiteral("pdfinfo"), {pdf});
+    ASSERT_TRUE(info.waitForFinished(30000)) << "pdfinfo (poppler-utils) is needed";
+    const QString details = QString::fromUtf8(info.readAllStandardOutput());
+    const QRegularExpression pagesLine(QStringLiteral("Pages:\\s+(\\d+)"));
+    const int pages = pagesLine.match(details).captured(1).toInt();
+    ASSERT_GT(pages, 1);
+    EXPECT_TRUE(details.contains(QStringLiteral("sales_by_region.vrd")));
+
+    QProcess text;
+    text.start(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), pdf, QStringLiteral("-")});
+    ASSERT_TRUE(text.waitForFinished(30000));
+    const QStringList pageTexts =
+        QString::fromUtf8(text.readAllStandardOutput()).split(u'\f', Qt::SkipEmptyParts);
+    ASSERT_EQ(pageTexts.size(), pages);
+    EXPECT_TRUE(pageTexts.first().contains(QStringLiteral("Sales by Region, ")));
+    for (int p = 0; p < pages; ++p) {
+        const QString& page = pageTexts.at(p);
+        EXPECT_TRUE(page.contains(QStringLiteral("Page %1 of %2").arg(p + 1).arg(pages))) << p + 1;
+        EXPECT_TRUE(page.contains(QStringLiteral("sample.sqlite"))) << p + 1;
+        EXPECT_TRUE(page.contains(QStringLiteral("Customer"))) << "title row on page " << p + 1;
+    }
+    const QString all = pageTexts.join(QString());
+    EXPECT_TRUE(all.contains(QStringLiteral("North America")));
+    EXPECT_TRUE(all.contains(QString::fromUtf8("M\xC3\xBCller & S\xC3\xB6hne GmbH")));
+
+    // The first page as an image: white paper, dark text, the grey title band of the column
+    // title row across the table.
+    const ToolRun image = run(
+        {QStringLiteral("render"), samplePath(QStringLiteral("sales_by_region.vrd")),
+         QStringLiteral("-o"), dir.filePath(QStringLiteral("page-%d.png")), QStringLiteral("--dpi"),
+         QStringLiteral("72"), QStringLiteral("--pages"), QStringLiteral("1")});
+    ASSERT_EQ(image.status, 0) << image.err.toStdString();
+    const QImage first(dir.filePath(QStringLiteral("page-1.png")));
+    ASSERT_FALSE(first.isNull());
+    EXPECT_NEAR(first.width(), 595, 1); // A4 at 72 dots per inch
+    EXPECT_FALSE(QFile::exists(dir.filePath(QStringLiteral("page-2.png"))));
+    int darkRows = 0;
+    for (int y = 0; y < first.height(); ++y) {
+        for (int x = 0; x < first.width(); ++x) {
+            if (qGray(first.pixel(x, y)) < 100) {
+                ++darkRows;
+                break;
+            }
+        }
+    }
+    EXPECT_GT(darkRows, 100);
+    EXPECT_EQ(first.pixel(5, 5), qRgb(255, 255, 255));
+}
+
+TEST_F(CommandLineTest, RenderRefusesWhatItCannotWrite)
+{
+    EXPECT_EQ(run({QStringLiteral("render"), definition, QStringLiteral("-o"),
+                   dir.filePath(QStringLiteral("x.doc"))})
+                  .status,
+              2);
+    const ToolRun denied = run({QStringLiteral("render"), definition, QStringLiteral("-o"),
+                                dir.filePath(QStringLiteral("no/such/folder/x.pdf"))});
+    EXPECT_EQ(denied.status, 1);
+    EXPECT_TRUE(denied.err.contains(QStringLiteral("cannot write")));
 }

@@ -1,5 +1,6 @@
 #include "component/Tabulor.h"
 #include "component/Designer.h"
+#include "production/PageDocument.h"
 
 #include "MemoryRecordset.h"
 #include "ScriptedPrompt.h"
@@ -136,4 +137,38 @@ TEST(Tabulor, WithTheDesignerShownDoReportWaitsForIt)
     EXPECT_EQ(designer.shown, 1);
     EXPECT_TRUE(designer.layoutShown);
     EXPECT_EQ(designer.caption, QStringLiteral("Brintel Tabulor"));
+}
+
+TEST(Tabulor, DoReportRendersIntoTheHostsDocument)
+{
+    ScriptedPrompt prompt;
+    Tabulor component(&prompt);
+    component.setShowTabulor(false);
+    QTemporaryDir dir;
+    component.session().setSettingsPath(dir.filePath(QStringLiteral("none.ini")));
+
+    PageDocument plain;
+    ASSERT_TRUE(component.DoReport(samplePath(QStringLiteral("order_lines.vrd")), &plain));
+    ASSERT_GT(plain.PageCount(), 10);
+    // Every record of the view, not only the working view's 250.
+    EXPECT_EQ(component.session().data().grid().recordCount(), 2000);
+    const auto hasText = [](const PageDocument& d, int page, const QString& text) {
+        for (const DisplayItem& item : d.pages()[static_cast<size_t>(page)].items) {
+            const auto* run = std::get_if<TextRun>(&item);
+            if (run && run->text == text)
+                return true;
+        }
+        return false;
+    };
+    // A host's document gets no page header unless it asks for one.
+    EXPECT_FALSE(hasText(plain, 0, QStringLiteral("Order Details Extended")));
+
+    PageDocument withHeaders;
+    withHeaders.OverlayHeadersAndFooters = true;
+    ASSERT_TRUE(component.DoReport(samplePath(QStringLiteral("order_lines.vrd")), &withHeaders));
+    EXPECT_EQ(withHeaders.PageCount(), plain.PageCount());
+    EXPECT_TRUE(hasText(withHeaders, 0, QStringLiteral("Order Details Extended")));
+    EXPECT_TRUE(
+        hasText(withHeaders, withHeaders.PageCount() - 1, QStringLiteral("order_lines.vrd")));
+    EXPECT_TRUE(prompt.messages.isEmpty());
 }

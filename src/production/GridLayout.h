@@ -39,6 +39,8 @@ public:
     // space before and after it.
     std::vector<QStringList> cellLines(const GridRow& row) const;
     double rowHeight(const GridRow& row) const;
+    // The height of a row of cells with these lines, painted in style.
+    double heightOf(const std::vector<QStringList>& lines, int style) const;
 
     // The style that paints a row: its own, or the detail body's where it has none.
     int paintStyle(const GridRow& row) const;
@@ -46,7 +48,6 @@ public:
 
 private:
     std::vector<QStringList> linesOf(const QStringList& texts, int style) const;
-    double heightOf(const std::vector<QStringList>& lines, int style) const;
 
     const OutlineGrid& m_grid;
     const GridText& m_text;

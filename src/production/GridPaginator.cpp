@@ -36,13 +36,6 @@ double GridPaginator::left() const
     return m_document.setup().marginLeft + m_column * (m_columnWidth + kColumnGap);
 }
 
-GridPaginator::RowBox GridPaginator::boxOf(const GridRow& row) const
-{
-    const ReportStyle& s = m_definition.styles[m_layout.paintStyle(row)];
-    return RowBox{static_cast<double>(s.Before), m_layout.rowHeight(row),
-                  static_cast<double>(s.After)};
-}
-
 void GridPaginator::paintBorders()
 {
     const PageSetup& setup = m_document.setup();
@@ -170,24 +163,38 @@ void GridPaginator::render()
     const auto& rows = m_grid.rows();
     const bool widowControl = !m_definition.global.WidowOK;
     const double bottom = m_document.setup().printableBottom();
+    struct LaidOut
+    {
+        int style;
+        std::vector<QStringList> lines;
+        RowBox box;
+    };
+    std::vector<LaidOut> run;
     size_t i = 0;
     while (i < rows.size() && !m_document.stopped()) {
         // The run of rows that belongs together goes to the next column when it does not fit
         // here but would fit there.
         const size_t end = keepTogetherEnd(rows, i, widowControl);
+        run.clear();
         double runHeight = 0;
-        for (size_t k = i; k < end; ++k)
-            runHeight += boxOf(rows[k]).total();
-        const double titleHeight = m_layout.titleHeight();
-        const double segmentRoom = bottom - m_document.setup().marginTop - titleHeight;
+        for (size_t k = i; k < end; ++k) {
+            const int style = m_layout.paintStyle(rows[k]);
+            std::vector<QStringList> lines = m_layout.cellLines(rows[k]);
+            const ReportStyle& s = m_definition.styles[style];
+            const RowBox box{static_cast<double>(s.Before), m_layout.heightOf(lines, style),
+                             static_cast<double>(s.After)};
+            runHeight += box.total();
+            run.push_back(LaidOut{style, std::move(lines), box});
+        }
+        const double segmentRoom = bottom - m_document.setup().marginTop - m_layout.titleHeight();
         if (m_segmentHasRows && m_y + runHeight > bottom && runHeight <= segmentRoom)
             startSegment(m_column + 1 >= m_columns);
-        for (size_t k = i; k < end && !m_document.stopped(); ++k) {
-            const GridRow& row = rows[k];
-            const RowBox box = boxOf(row);
-            if (m_segmentHasRows && m_y + box.total() > bottom)
+        for (const LaidOut& row : run) {
+            if (m_document.stopped())
+                break;
+            if (m_segmentHasRows && m_y + row.box.total() > bottom)
                 startSegment(m_column + 1 >= m_columns);
-            paintRow(m_layout.paintStyle(row), m_layout.cellLines(row), box, alignments);
+            paintRow(row.style, row.lines, row.box, alignments);
             m_segmentHasRows = true;
         }
         i = end;

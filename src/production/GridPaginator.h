@@ -31,7 +31,6 @@ private:
         double total() const { return before + height + after; }
     };
 
-    RowBox boxOf(const GridRow& row) const;
     void startSegment(bool newPage);
     void paintRow(int style, const std::vector<QStringList>& lines, const RowBox& box,
                   const std::vector<qint16>& alignments);

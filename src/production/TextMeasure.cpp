@@ -15,16 +15,35 @@ QImage twipDevice()
 
 const QString kEllipsis = QStringLiteral("...");
 
+// Characters that keep their own width whatever stands beside them: everything before the
+// scripts that join or reorder (Hebrew onwards), and the CJK blocks.
+bool standsAlone(char16_t c)
+{
+    return c < 0x0590 || (c >= 0x3000 && c < 0xA000) || (c >= 0xAC00 && c < 0xD7A4) ||
+           (c >= 0xFF00 && c < 0xFFF0);
+}
+
 } // namespace
 
 TextMeasure::TextMeasure(const QFont& font)
-    : m_device(twipDevice()), m_metrics(font, &m_device), m_lineHeight(m_metrics.height())
+    : m_device(twipDevice()), m_metrics(font, &m_device), m_lineHeight(m_metrics.height()),
+      m_advances(0x10000, -1.0f)
 {
 }
 
 double TextMeasure::width(const QString& text) const
 {
-    return m_metrics.horizontalAdvance(text);
+    double sum = 0;
+    for (QChar c : text) {
+        const char16_t u = c.unicode();
+        if (!standsAlone(u))
+            return m_metrics.horizontalAdvance(text);
+        float& advance = m_advances[u];
+        if (advance < 0)
+            advance = static_cast<float>(m_metrics.horizontalAdvance(c));
+        sum += advance;
+    }
+    return sum;
 }
 
 QString TextMeasure::elided(const QString& text, double width) const

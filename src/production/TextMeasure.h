@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <vector>
+
 namespace tabulor {
 
 // Measures text of one font in twips, and breaks it into the lines that fit a width.
@@ -33,6 +35,10 @@ private:
     QImage m_device; // 1440 dots per inch: one device pixel is one twip
     QFontMetricsF m_metrics;
     double m_lineHeight;
+    // Advances of single characters, learnt as they are met (negative: not known yet). Report
+    // cells are short runs of Latin, Greek, Cyrillic and CJK text that need no shaping, so
+    // their width is the sum of their characters' advances.
+    mutable std::vector<float> m_advances;
 };
 
 } // namespace tabulor

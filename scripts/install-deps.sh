@@ -12,6 +12,7 @@ packages=(
     mdbtools-dev
     fonts-wine fonts-dejavu-core fontconfig
     poppler-utils
+    libharfbuzz-dev libfontconfig-dev zlib1g-dev qpdf fonts-noto-cjk fonts-urw-base35
     postgresql libpq-dev unixodbc-dev odbcinst libsqliteodbc odbc-postgresql
 )
 

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace tabulor {
+
+// One face in a font file (a collection file holds several).
+struct FontFile
+{
+    QByteArray path;
+    int index = 0;
+
+    bool operator==(const FontFile&) const = default;
+};
+
+// The faces found for one font request: the closest face first, then the others in order of
+// closeness, for the characters the first lacks.
+class FontMatch
+{
+public:
+    FontFile file;
+    bool syntheticBold = false;   // bold asked for, but the face found is not
+    bool syntheticItalic = false; // italic asked for, but the face found is upright
+
+    // The closest face that has character c, if any face has it.
+    std::optional<FontFile> fileCovering(char32_t c) const;
+
+private:
+    friend class FontMatcher;
+    struct Candidates;
+    std::shared_ptr<const Candidates> m_candidates;
+};
+
+// Finds installed outline fonts through fontconfig. The Windows-compatibility fonts (among them
+// the stand-in for the classic default face) are installed outside the font search path; they
+// are added here, to a configuration of our own, so that other users of fontconfig are left
+// alone.
+class FontMatcher
+{
+public:
+    FontMatcher();
+
+    // The closest installed face; nullopt only when no outline font is installed at all.
+    std::optional<FontMatch> match(const QString& family, bool bold, bool italic) const;
+};
+
+} // namespace tabulor

@@ -1,5 +1,7 @@
 #include "production/JetHandle.h"
 
+#include "production/CodePages.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QtEndian>
@@ -39,28 +41,8 @@ QByteArray jet3Encoding(int codePage)
 {
     if (const QByteArray forced = qgetenv("MDB_JET3_CHARSET"); !forced.isEmpty())
         return forced;
-    switch (codePage) {
-    case 932:
-        return "Shift_JIS";
-    case 936:
-        return "GBK";
-    case 949:
-        return "windows-949";
-    case 950:
-        return "Big5";
-    case 874:
-    case 1250:
-    case 1251:
-    case 1253:
-    case 1254:
-    case 1255:
-    case 1256:
-    case 1257:
-    case 1258:
-        return "windows-" + QByteArray::number(codePage);
-    default:
-        return "windows-1252";
-    }
+    const char* name = codePageEncoding(codePage);
+    return name ? QByteArray(name) : QByteArrayLiteral("windows-1252");
 }
 
 // What the first bytes say: the page size of a Jet or ACE file, or nullopt for anything else.

@@ -1,60 +1,8 @@
 #include "production/RtfCodePages.h"
 
+#include "production/CodePages.h"
+
 namespace tabulor {
-
-namespace {
-
-// The name under which the platform's converters know a code page, or null for one that RTF
-// readers need not know.
-const char* encodingName(int codePage)
-{
-    switch (codePage) {
-    case 437:
-        return "IBM437";
-    case 850:
-        return "IBM850";
-    case 852:
-        return "IBM852";
-    case 866:
-        return "IBM866";
-    case 874:
-        return "windows-874";
-    case 932:
-        return "Shift_JIS";
-    case 936:
-        return "GBK";
-    case 949:
-        return "windows-949";
-    case 950:
-        return "Big5";
-    case 1250:
-        return "windows-1250";
-    case 1251:
-        return "windows-1251";
-    case 1252:
-        return "windows-1252";
-    case 1253:
-        return "windows-1253";
-    case 1254:
-        return "windows-1254";
-    case 1255:
-        return "windows-1255";
-    case 1256:
-        return "windows-1256";
-    case 1257:
-        return "windows-1257";
-    case 1258:
-        return "windows-1258";
-    case 10000:
-        return "macintosh";
-    case 65001:
-        return "UTF-8";
-    default:
-        return nullptr;
-    }
-}
-
-} // namespace
 
 int codePageOfCharset(int charset)
 {
@@ -98,7 +46,7 @@ int codePageOfCharset(int charset)
 
 bool RtfCodePages::isKnown(int codePage)
 {
-    return encodingName(codePage) != nullptr;
+    return codePageEncoding(codePage) != nullptr;
 }
 
 QString RtfCodePages::decode(int codePage, QByteArrayView bytes)
@@ -107,7 +55,7 @@ QString RtfCodePages::decode(int codePage, QByteArrayView bytes)
         codePage = Western;
     auto it = m_decoders.find(codePage);
     if (it == m_decoders.end()) {
-        QStringDecoder decoder(encodingName(codePage), QStringDecoder::Flag::Stateless);
+        QStringDecoder decoder(codePageEncoding(codePage), QStringDecoder::Flag::Stateless);
         // Without converters for the other code pages, Latin-1 still reads ASCII.
         if (!decoder.isValid())
             decoder = QStringDecoder(QStringDecoder::Latin1, QStringDecoder::Flag::Stateless);

@@ -40,7 +40,7 @@ for rows in ${ROWS:-10000 100000 1000000}; do
         --subtotals both -o "$work/reference.vrd"
     read -r ours ourPeak < <(measure "$tool" render "$work/reference.vrd" -o "$work/ours.pdf")
     ourPages=$(pdfinfo "$work/ours.pdf" | awk '/^Pages:/ {print $2}')
-    read -r peer peerPeak < <(measure python3 "$shared/peers/rl_report.py" "$db" "$work/peer.pdf" --chunk 100)
+    read -r peer peerPeak < <(measure /usr/bin/python3 "$shared/peers/rl_report.py" "$db" "$work/peer.pdf" --chunk 100)
     peerPages=$(pdfinfo "$work/peer.pdf" | awk '/^Pages:/ {print $2}')
     ratio=$(awk -v a="$peer" -v b="$ours" 'BEGIN { printf "%.1fx", a / b }')
     printf '%-8s %-26s %-26s %s\n' "$rows" "$ours s, $ourPeak MB, $ourPages" \

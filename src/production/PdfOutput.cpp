@@ -21,8 +21,10 @@ constexpr qsizetype kFlushSize = 1 << 20;
 // in a third of the time.
 constexpr int kCompressionLevel = Z_BEST_SPEED;
 // Streams given to the compressing thread and not yet written: enough to keep it busy, few
-// enough to keep memory bounded.
-constexpr size_t kQueuedStreams = 3;
+// enough to keep memory bounded. When the thread falls behind, the writer waits until it has
+// caught up to a few streams, rather than waking up for each one.
+constexpr size_t kMaxQueuedStreams = 8;
+constexpr size_t kResumeQueuedStreams = 2;
 
 } // namespace
 
@@ -90,7 +92,8 @@ struct PdfOutput::Compressor
             deflateEnd(&stream);
     }
 
-    void submit(int number, QByteArrayView data, QByteArrayView entries)
+    // Queues a stream and returns how many are queued.
+    size_t submit(int number, QByteArrayView data, QByteArrayView entries)
     {
         std::unique_ptr<Job> job;
         {
@@ -106,11 +109,14 @@ struct PdfOutput::Compressor
         job->data.assign(data.data(), size_t(data.size()));
         job->entries.assign(entries.data(), size_t(entries.size()));
         job->done = job->ok = false;
+        size_t queued = 0;
         {
             const std::lock_guard lock(mutex);
             jobs.push_back(std::move(job));
+            queued = jobs.size();
         }
         changed.notify_all();
+        return queued;
     }
 
     // The oldest job once it is compressed, waiting for it while more than `keep` jobs are
@@ -185,8 +191,8 @@ void PdfOutput::endObject()
 
 void PdfOutput::writeStream(int number, QByteArrayView data, QByteArrayView entries)
 {
-    m_compressor->submit(number, data, entries);
-    writeCompressed(kQueuedStreams);
+    const size_t queued = m_compressor->submit(number, data, entries);
+    writeCompressed(queued > kMaxQueuedStreams ? kResumeQueuedStreams : queued);
 }
 
 void PdfOutput::writeCompressed(size_t keep)

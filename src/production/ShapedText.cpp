@@ -216,10 +216,16 @@ TextShaper::~TextShaper()
 
 const TextShaper::ContextFree& TextShaper::contextFree(FontFace& face)
 {
+    if (&face == m_lastFace)
+        return *m_lastTable;
     auto& table = m_contextFree[&face];
-    if (table)
+    m_lastFace = &face;
+    if (table) {
+        m_lastTable = table.get();
         return *table;
+    }
     table = std::make_unique<ContextFree>();
+    m_lastTable = table.get();
     hb_face_t* hbFace = face.hbFace();
     if (hb_aat_layout_has_substitution(hbFace) || hb_aat_layout_has_positioning(hbFace) ||
         hb_aat_layout_has_tracking(hbFace))

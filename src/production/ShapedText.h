@@ -87,6 +87,8 @@ private:
 
     hb_buffer_t* m_buffer;
     std::unordered_map<const FontFace*, std::unique_ptr<ContextFree>> m_contextFree;
+    const FontFace* m_lastFace = nullptr; // the face asked for last, and its table
+    const ContextFree* m_lastTable = nullptr;
 };
 
 } // namespace tabulor

@@ -14,6 +14,7 @@ packages=(
     poppler-utils
     libharfbuzz-dev libfontconfig-dev zlib1g-dev qpdf fonts-noto-cjk fonts-urw-base35
     postgresql libpq-dev unixodbc-dev odbcinst libsqliteodbc odbc-postgresql
+    cups cups-client printer-driver-cups-pdf libcups2-dev desktop-file-utils shared-mime-info
 )
 
 missing=()

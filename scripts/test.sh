@@ -6,6 +6,7 @@ cd "$(dirname "$0")/.."
 scripts/install-deps.sh
 
 export QT_QPA_PLATFORM=offscreen
+export LSAN_OPTIONS="suppressions=$PWD/tests/lsan.supp:print_suppressions=0"
 status=0
 for variant in "" --sanitize; do
     scripts/build.sh $variant

@@ -34,6 +34,7 @@ bool loadDefinition(ReportSession& session, const QString& path,
 
 int runInfo(const QStringList& arguments);
 int runNew(const QStringList& arguments);
+int runPrint(const QStringList& arguments);
 int runRender(const QStringList& arguments);
 int runSave(const QStringList& arguments);
 int runSources(const QStringList& arguments);

@@ -1,4 +1,5 @@
 #include "app/CommandLine.h"
+#include "app/PrintCommand.h"
 
 #include "component/ReportSession.h"
 #include "production/PageOutput.h"
@@ -39,14 +40,18 @@ int runRender(const QStringList& arguments)
     const QCommandLineOption dpi(QStringLiteral("dpi"), QString(), QStringLiteral("N"),
                                  QStringLiteral("150"));
     const QCommandLineOption pages(QStringLiteral("pages"), QString(), QStringLiteral("A-B"));
-    parser.addOptions({output, database, dpi, pages});
+    const QCommandLineOption printer(QStringLiteral("printer"), QString(), QStringLiteral("NAME"));
+    parser.addOptions({output, database, dpi, pages, printer});
     if (!parser.parse(arguments))
         return usageError(parser.errorText());
-    if (parser.positionalArguments().size() != 1 || !parser.isSet(output))
-        return usageError(QStringLiteral("render takes one definition file and -o OUT"));
+    if (parser.positionalArguments().size() != 1 ||
+        !(parser.isSet(output) || parser.isSet(printer)))
+        return usageError(
+            QStringLiteral("render takes one definition file and -o OUT or --printer NAME"));
     const QString target = parser.value(output);
     const bool png = target.endsWith(QStringLiteral(".png"), Qt::CaseInsensitive);
-    if (!png && !target.endsWith(QStringLiteral(".pdf"), Qt::CaseInsensitive))
+    if (parser.isSet(output) && !png &&
+        !target.endsWith(QStringLiteral(".pdf"), Qt::CaseInsensitive))
         return usageError(QStringLiteral("-o names a .pdf file or .png images"));
     bool dpiOk = false;
     const int dotsPerInch = parser.value(dpi).toInt(&dpiOk);
@@ -60,6 +65,10 @@ int runRender(const QStringList& arguments)
     std::optional<QString> newDatabase;
     if (parser.isSet(database))
         newDatabase = databaseArgument(parser.value(database));
+
+    // An empty printer name stands for the default printer.
+    if (parser.isSet(printer) && !printerReady(parser.value(printer)))
+        return kExitFailed;
 
     ReportSession session;
     const QString path = parser.positionalArguments().constFirst();
@@ -82,6 +91,8 @@ int runRender(const QStringList& arguments)
     if (document.stopped())
         return kExitFailed;
 
+    if (!parser.isSet(output))
+        return printReport(document, parser.value(printer));
     QString error;
     const bool written =
         png ? writePng(document.pages(), target, dotsPerInch, first, last, document.fonts(), &error)
@@ -91,7 +102,7 @@ int runRender(const QStringList& arguments)
         printError(QStringLiteral("tabulor: cannot write '%1': %2").arg(target, error));
         return kExitFailed;
     }
-    return kExitOk;
+    return parser.isSet(printer) ? printReport(document, parser.value(printer)) : kExitOk;
 }
 
 } // namespace tabulor::cli

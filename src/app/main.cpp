@@ -41,6 +41,8 @@ int main(int argc, char* argv[])
         return runInfo(arguments);
     if (command == u"new")
         return runNew(arguments);
+    if (command == u"print")
+        return runPrint(arguments);
     if (command == u"render")
         return runRender(arguments);
     if (command == u"save")

@@ -15,9 +15,13 @@ public:
     void addPage(PageDisplayList&& page) override;
     void addOverlay(int page, std::vector<DisplayItem>&& items) override;
 
+    // Why a page or an overlay was refused; empty when none was.
+    const QString& error() const { return m_error; }
+
 private:
     PdfWriter& m_writer;
     QSizeF m_pageSize;
+    QString m_error;
 };
 
 } // namespace tabulor

@@ -97,6 +97,7 @@ TEST(PdfPaths, TheDirectWriterAndThePainterGiveTheSameTextAndPages)
     streamed.setSink(&sink);
     report.render(streamed);
     ASSERT_TRUE(writer.finish(&error)) << error.toStdString();
+    EXPECT_TRUE(sink.error().isEmpty()) << sink.error().toStdString();
     EXPECT_TRUE(streamed.pages().empty()); // nothing was kept
 
     EXPECT_EQ(streamed.PageCount(), kept.PageCount());

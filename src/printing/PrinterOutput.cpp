@@ -44,11 +44,6 @@ QPageLayout layoutOf(const PageDisplayList& page)
 
 } // namespace
 
-QStringList printerNames()
-{
-    return QPrinterInfo::availablePrinterNames();
-}
-
 QString findPrinter(const QString& name, QString* error)
 {
     if (!serverAnswers()) {
@@ -57,7 +52,7 @@ QString findPrinter(const QString& name, QString* error)
                      .arg(serverAddress());
         return {};
     }
-    const QStringList names = printerNames();
+    const QStringList names = QPrinterInfo::availablePrinterNames();
     if (names.isEmpty()) {
         *error = QStringLiteral("the print server at %1 has no printers").arg(serverAddress());
         return {};

@@ -1,18 +1,15 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
 
 namespace tabulor {
 
 class PageDocument;
 
-// The printers of the print server (CUPS, or the one CUPS_SERVER names).
-QStringList printerNames();
-
-// The printer that name stands for: the name itself when the print server has such a printer,
-// its default printer for an empty name. Empty, with the reason in error, when there is no
-// such printer, no default one or no print server.
+// The printer that name stands for on the print server (CUPS, or the one CUPS_SERVER names):
+// the name itself when the server has such a printer, its default printer for an empty name.
+// Empty, with the reason in error, when there is no such printer, no default one or no print
+// server.
 QString findPrinter(const QString& name, QString* error);
 
 // Sends the pages of a document to the printer that the document names (printerName), or to

@@ -3,6 +3,7 @@
 
 #include "component/ReportSession.h"
 #include "production/PageOutput.h"
+#include "production/PdfPageSink.h"
 
 #include <QCommandLineParser>
 #include <QFileInfo>
@@ -41,7 +42,9 @@ int runRender(const QStringList& arguments)
                                  QStringLiteral("150"));
     const QCommandLineOption pages(QStringLiteral("pages"), QString(), QStringLiteral("A-B"));
     const QCommandLineOption printer(QStringLiteral("printer"), QString(), QStringLiteral("NAME"));
-    parser.addOptions({output, database, dpi, pages, printer});
+    // The PDF drawn through Qt's painter instead of the direct writer, for comparison.
+    const QCommandLineOption painterPdf(QStringLiteral("qt-pdf"));
+    parser.addOptions({output, database, dpi, pages, printer, painterPdf});
     if (!parser.parse(arguments))
         return usageError(parser.errorText());
     if (parser.positionalArguments().size() != 1 ||
@@ -87,17 +90,35 @@ int runRender(const QStringList& arguments)
 
     PageDocument document;
     document.OverlayHeadersAndFooters = true;
-    session.renderFullReport(document);
-    if (document.stopped())
-        return kExitFailed;
-
-    if (!parser.isSet(output))
-        return printReport(document, parser.value(printer));
     QString error;
-    const bool written =
-        png ? writePng(document.pages(), target, dotsPerInch, first, last, document.fonts(), &error)
-            : writePainterPdf(document.pages(), target, QFileInfo(path).fileName(),
-                              document.fonts(), &error);
+    bool written = false;
+    if (parser.isSet(output) && !png && !parser.isSet(painterPdf) && !parser.isSet(printer)) {
+        // Pages go to the file as soon as they are laid out.
+        PdfWriter writer;
+        if (!writer.open(target, &error)) {
+            printError(QStringLiteral("tabulor: cannot write '%1': %2").arg(target, error));
+            return kExitFailed;
+        }
+        writer.begin(QFileInfo(path).fileName());
+        PdfPageSink sink(writer);
+        document.setSink(&sink);
+        session.renderFullReport(document);
+        if (document.stopped())
+            return kExitFailed;
+        written = sink.error().isEmpty() ? writer.finish(&error) : false;
+        if (!sink.error().isEmpty())
+            error = sink.error();
+    } else {
+        session.renderFullReport(document);
+        if (document.stopped())
+            return kExitFailed;
+        if (!parser.isSet(output))
+            return printReport(document, parser.value(printer));
+        written = png ? writePng(document.pages(), target, dotsPerInch, first, last,
+                                 document.fonts(), &error)
+                      : writePainterPdf(document.pages(), target, QFileInfo(path).fileName(),
+                                        document.fonts(), &error);
+    }
     if (!written) {
         printError(QStringLiteral("tabulor: cannot write '%1': %2").arg(target, error));
         return kExitFailed;

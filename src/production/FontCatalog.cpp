@@ -52,14 +52,14 @@ FontSpec FontCatalog::fontSpec(const ReportStyle& style)
                     style.FontUnderline, style.FontStrikeThru};
 }
 
-QFont FontCatalog::font(const FontSpec& spec) const
+QFont FontCatalog::font(const FontSpec& fontSpec) const
 {
-    QFont font(family(spec.family));
-    font.setPointSizeF(spec.pointSize > 0 ? spec.pointSize : 8.25);
-    font.setBold(spec.bold);
-    font.setItalic(spec.italic);
-    font.setUnderline(spec.underline);
-    font.setStrikeOut(spec.strikeOut);
+    QFont font(family(fontSpec.family));
+    font.setPointSizeF(fontSpec.pointSize > 0 ? fontSpec.pointSize : 8.25);
+    font.setBold(fontSpec.bold);
+    font.setItalic(fontSpec.italic);
+    font.setUnderline(fontSpec.underline);
+    font.setStrikeOut(fontSpec.strikeOut);
     return font;
 }
 

@@ -19,7 +19,7 @@ class FontCatalog
 public:
     FontCatalog();
 
-    QFont font(const FontSpec& spec) const;
+    QFont font(const FontSpec& fontSpec) const;
     QFont font(const ReportStyle& style) const { return font(fontSpec(style)); }
     static FontSpec fontSpec(const ReportStyle& style);
     // "Name (replaced by Other)" for each face asked for that is not installed.

@@ -13,13 +13,13 @@ PageDocument::PageDocument()
 
 PageDocument::~PageDocument() = default;
 
-const TextMeasure& PageDocument::measure(const FontSpec& spec) const
+const TextMeasure& PageDocument::measure(const FontSpec& fontSpec) const
 {
     for (const auto& [known, m] : m_measures) {
-        if (known == spec)
+        if (known == fontSpec)
             return *m;
     }
-    m_measures.emplace_back(spec, std::make_unique<TextMeasure>(m_fonts.font(spec)));
+    m_measures.emplace_back(fontSpec, std::make_unique<TextMeasure>(m_fonts.font(fontSpec)));
     return *m_measures.back().second;
 }
 
@@ -146,21 +146,21 @@ void PageDocument::TextRTF(const RichText& text)
         // Break the paragraph into words, blanks and line breaks, each in its run's font.
         std::vector<Piece> pieces;
         for (const RichTextRun& run : paragraph.runs) {
-            const FontSpec spec = run.format.font(font);
+            const FontSpec fontSpec = run.format.font(font);
             const QColor colour = run.format.color.value_or(TextColor);
             QString word;
             const auto flush = [&] {
                 if (!word.isEmpty())
-                    pieces.push_back(Piece{word, spec, colour});
+                    pieces.push_back(Piece{word, fontSpec, colour});
                 word.clear();
             };
             for (QChar c : run.text) {
                 if (c == u'\n') {
                     flush();
-                    pieces.push_back(Piece{QString(), spec, colour, true});
+                    pieces.push_back(Piece{QString(), fontSpec, colour, true});
                 } else if (c == u' ' || c == u'\t') {
                     flush();
-                    pieces.push_back(Piece{QString(c), spec, colour});
+                    pieces.push_back(Piece{QString(c), fontSpec, colour});
                 } else {
                     word.append(c);
                 }

@@ -72,7 +72,7 @@ public:
 
     // Items drawn directly; they go to the page being written or the overlay.
     void draw(DisplayItem item);
-    const TextMeasure& measure(const FontSpec& spec) const;
+    const TextMeasure& measure(const FontSpec& fontSpec) const;
 
     // Called when a new page begins and when the document ends. The page hook may stop the
     // document; it ends then with the pages made so far.

@@ -9,10 +9,10 @@ namespace tabulor {
 namespace {
 
 // A font whose size is given in the painter's units, twips: a point is 20 of them.
-QFont twipFont(const FontCatalog& fonts, const FontSpec& spec)
+QFont twipFont(const FontCatalog& fonts, const FontSpec& fontSpec)
 {
-    QFont font = fonts.font(spec);
-    font.setPixelSize(static_cast<int>(std::lround(spec.pointSize * 20)));
+    QFont font = fonts.font(fontSpec);
+    font.setPixelSize(static_cast<int>(std::lround(fontSpec.pointSize * 20)));
     return font;
 }
 

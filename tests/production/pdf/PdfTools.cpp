@@ -73,12 +73,12 @@ QString qpdfProblems(const QString& pdf)
 
 FontSpec font(const QString& family, double size, bool bold, bool italic)
 {
-    FontSpec spec;
-    spec.family = family;
-    spec.pointSize = size;
-    spec.bold = bold;
-    spec.italic = italic;
-    return spec;
+    FontSpec fontSpec;
+    fontSpec.family = family;
+    fontSpec.pointSize = size;
+    fontSpec.bold = bold;
+    fontSpec.italic = italic;
+    return fontSpec;
 }
 
 TextRun text(double x, double y, const QString& text, const FontSpec& font, QColor color)

@@ -3,6 +3,7 @@
 #include "definition/ReportStyle.h"
 #include "production/DisplayList.h"
 
+#include <QColor>
 #include <QFont>
 #include <QHash>
 #include <QStringList>
@@ -22,6 +23,11 @@ public:
     QFont font(const FontSpec& fontSpec) const;
     QFont font(const ReportStyle& style) const { return font(fontSpec(style)); }
     static FontSpec fontSpec(const ReportStyle& style);
+    // A style colour (0x00BBGGRR) as a colour to draw with.
+    static QColor colour(qint32 bgr)
+    {
+        return QColor(bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF);
+    }
     // "Name (replaced by Other)" for each face asked for that is not installed.
     QStringList substitutions() const;
 

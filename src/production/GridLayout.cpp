@@ -82,9 +82,14 @@ double GridLayout::heightOf(const std::vector<QStringList>& lines, int style) co
     return static_cast<double>(most) * measure(style).lineHeight();
 }
 
+std::vector<QStringList> GridLayout::titleLines() const
+{
+    return linesOf(titles(), StyleDetailTitle);
+}
+
 double GridLayout::titleHeight() const
 {
-    return heightOf(linesOf(titles(), StyleDetailTitle), StyleDetailTitle);
+    return heightOf(titleLines(), StyleDetailTitle);
 }
 
 std::vector<QStringList> GridLayout::cellLines(const GridRow& row) const

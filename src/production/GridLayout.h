@@ -33,6 +33,7 @@ public:
 
     // The title row: each column's title.
     QStringList titles() const;
+    std::vector<QStringList> titleLines() const;
     double titleHeight() const;
 
     // The lines each report column shows for a row, and the row's height without the style's

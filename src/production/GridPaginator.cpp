@@ -8,11 +8,6 @@ namespace tabulor {
 
 namespace {
 
-QColor colourOf(qint32 bgr)
-{
-    return QColor(bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF);
-}
-
 // Rule codes 1 thin, 2 medium, 3 thick.
 double ruleWidth(qint16 code)
 {
@@ -29,6 +24,8 @@ GridPaginator::GridPaginator(PageDocument& document, const OutlineGrid& grid,
 {
     m_columns = std::clamp(document.setup().columns, 1, 16);
     m_columnWidth = (document.setup().printableWidth() - (m_columns - 1) * kColumnGap) / m_columns;
+    for (int column : grid.reportColumns())
+        m_alignments.push_back(grid.column(column).alignment);
 }
 
 double GridPaginator::left() const
@@ -84,28 +81,13 @@ void GridPaginator::startSegment(bool newPage)
 
     // The column title row heads every page and column.
     const ReportStyle& title = m_definition.styles[StyleDetailTitle];
-    const std::vector<QStringList> lines = [&] {
-        std::vector<QStringList> result;
-        const QStringList titles = m_layout.titles();
-        for (int i = 0; i < titles.size(); ++i) {
-            const double inner =
-                m_layout.columnWidths()[static_cast<size_t>(i)] - 2 * GridLayout::kCellPadding;
-            result.push_back(
-                m_layout.measure(StyleDetailTitle)
-                    .lines(titles.at(i), inner, m_definition.global.WordWrap, 1 << 20));
-        }
-        return result;
-    }();
-    std::vector<qint16> alignments;
-    for (int column : m_grid.reportColumns())
-        alignments.push_back(m_grid.column(column).alignment);
-    const RowBox box{static_cast<double>(title.Before), m_layout.titleHeight(),
+    const std::vector<QStringList> lines = m_layout.titleLines();
+    const RowBox box{static_cast<double>(title.Before), m_layout.heightOf(lines, StyleDetailTitle),
                      static_cast<double>(title.After)};
-    paintRow(StyleDetailTitle, lines, box, alignments);
+    paintRow(StyleDetailTitle, lines, box);
 }
 
-void GridPaginator::paintRow(int style, const std::vector<QStringList>& lines, const RowBox& box,
-                             const std::vector<qint16>& alignments)
+void GridPaginator::paintRow(int style, const std::vector<QStringList>& lines, const RowBox& box)
 {
     const ReportStyle& s = m_definition.styles[style];
     const TextMeasure& m = m_layout.measure(style);
@@ -114,10 +96,10 @@ void GridPaginator::paintRow(int style, const std::vector<QStringList>& lines, c
     const double width = std::min(m_layout.totalWidth(), m_columnWidth);
     const double x0 = left();
     if (s.Back != kWhite)
-        m_document.draw(Fill{QRectF(x0, top, width, box.height), colourOf(s.Back)});
+        m_document.draw(Fill{QRectF(x0, top, width, box.height), FontCatalog::colour(s.Back)});
 
     double x = x0;
-    const QColor text = colourOf(s.Text);
+    const QColor text = FontCatalog::colour(s.Text);
     for (size_t c = 0; c < lines.size(); ++c) {
         const double cellWidth = m_layout.columnWidths()[c];
         const double inner = cellWidth - 2 * GridLayout::kCellPadding;
@@ -125,9 +107,9 @@ void GridPaginator::paintRow(int style, const std::vector<QStringList>& lines, c
         for (const QString& line : lines[c]) {
             if (!line.isEmpty()) {
                 double lx = x + GridLayout::kCellPadding;
-                if (alignments[c] == 3)
+                if (m_alignments[c] == 3)
                     lx += (inner - m.width(line)) / 2;
-                else if (alignments[c] == 6)
+                else if (m_alignments[c] == 6)
                     lx += inner - m.width(line);
                 m_document.draw(TextRun{QPointF(lx, y + m.ascent()), line, font, text});
             }
@@ -135,7 +117,7 @@ void GridPaginator::paintRow(int style, const std::vector<QStringList>& lines, c
         }
         x += cellWidth;
     }
-    const QColor rule = colourOf(s.Color);
+    const QColor rule = FontCatalog::colour(s.Color);
     if (s.Top > 0)
         m_document.draw(Rule{QLineF(x0, top, x0 + width, top), ruleWidth(s.Top), rule});
     if (s.Bottom > 0) {
@@ -156,10 +138,6 @@ void GridPaginator::render()
     m_column = -1;
     startSegment(false);
 
-    std::vector<qint16> alignments;
-    for (int column : m_grid.reportColumns())
-        alignments.push_back(m_grid.column(column).alignment);
-
     const auto& rows = m_grid.rows();
     const bool widowControl = !m_definition.global.WidowOK;
     const double bottom = m_document.setup().printableBottom();
@@ -169,6 +147,8 @@ void GridPaginator::render()
         std::vector<QStringList> lines;
         RowBox box;
     };
+    // What a fresh page or column holds below its title row.
+    const double segmentRoom = bottom - m_document.setup().marginTop - m_layout.titleHeight();
     std::vector<LaidOut> run;
     size_t i = 0;
     while (i < rows.size() && !m_document.stopped()) {
@@ -186,7 +166,6 @@ void GridPaginator::render()
             runHeight += box.total();
             run.push_back(LaidOut{style, std::move(lines), box});
         }
-        const double segmentRoom = bottom - m_document.setup().marginTop - m_layout.titleHeight();
         if (m_segmentHasRows && m_y + runHeight > bottom && runHeight <= segmentRoom)
             startSegment(m_column + 1 >= m_columns);
         for (const LaidOut& row : run) {
@@ -194,7 +173,7 @@ void GridPaginator::render()
                 break;
             if (m_segmentHasRows && m_y + row.box.total() > bottom)
                 startSegment(m_column + 1 >= m_columns);
-            paintRow(row.style, row.lines, row.box, alignments);
+            paintRow(row.style, row.lines, row.box);
             m_segmentHasRows = true;
         }
         i = end;

@@ -32,8 +32,7 @@ private:
     };
 
     void startSegment(bool newPage);
-    void paintRow(int style, const std::vector<QStringList>& lines, const RowBox& box,
-                  const std::vector<qint16>& alignments);
+    void paintRow(int style, const std::vector<QStringList>& lines, const RowBox& box);
     void paintBorders();
     double left() const;
 
@@ -41,6 +40,7 @@ private:
     const OutlineGrid& m_grid;
     const GridLayout& m_layout;
     const ReportDefinition& m_definition;
+    std::vector<qint16> m_alignments; // per report column
     int m_columns = 1;
     double m_columnWidth = 0;
     int m_column = 0; // newspaper column in use

@@ -9,11 +9,6 @@ namespace tabulor {
 
 namespace {
 
-QColor colourOf(qint32 bgr)
-{
-    return QColor(bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF);
-}
-
 // How far the header and footer stand outside the top and bottom margins.
 constexpr double kHeaderGap = 150;
 
@@ -29,7 +24,7 @@ void ReportRenderer::useStyle(PageDocument& document, int style) const
 {
     const ReportStyle& s = m_definition.styles[style];
     document.font = FontCatalog::fontSpec(s);
-    document.TextColor = colourOf(s.Text);
+    document.TextColor = FontCatalog::colour(s.Text);
 }
 
 void ReportRenderer::RenderReport(PageDocument& document)

@@ -10,6 +10,7 @@ GridText::GridText(const OutlineGrid& grid, FormatLocale locale)
     m_formats.reserve(static_cast<size_t>(grid.columnCount()));
     for (int c = 0; c < grid.columnCount(); ++c)
         m_formats.emplace_back(grid.column(c).format);
+    m_formattedTexts.resize(m_formats.size());
 }
 
 QString GridText::format(const QVariant& value, int gridColumn) const
@@ -17,18 +18,35 @@ QString GridText::format(const QVariant& value, int gridColumn) const
     return m_formats[static_cast<size_t>(gridColumn)].apply(value, m_locale);
 }
 
+QString GridText::recordText(qint32 record, int gridColumn) const
+{
+    const CellValue& cell = m_grid.cell(record, gridColumn);
+    if (cell.kind != CellValue::Text)
+        return format(m_grid.value(record, gridColumn), gridColumn);
+    std::vector<QString>& cache = m_formattedTexts[static_cast<size_t>(gridColumn)];
+    if (cache.size() <= cell.textId)
+        cache.resize(static_cast<size_t>(m_grid.cells(gridColumn).texts().size()));
+    QString& text = cache[cell.textId];
+    if (text.isNull()) {
+        text = format(m_grid.value(record, gridColumn), gridColumn);
+        // An empty result is kept as an empty, not a null, text so that it counts as done.
+        if (text.isNull())
+            text = QLatin1String("");
+    }
+    return text;
+}
+
 QString GridText::cellText(const GridRow& row, int gridColumn) const
 {
     if (!row.isGroupRow())
-        return format(m_grid.value(row.record, gridColumn), gridColumn);
+        return recordText(row.record, gridColumn);
 
     const GroupPlan& plan = m_grid.groupPlan();
     const GroupLevel& level = plan.levels[row.depth];
     if (level.column == gridColumn) {
         QString caption =
             row.kind == RowKind::Opening ? level.openingCaption : level.closingCaption;
-        return caption.replace(QStringLiteral("%s"),
-                               format(m_grid.value(row.record, gridColumn), gridColumn));
+        return caption.replace(QStringLiteral("%s"), recordText(row.record, gridColumn));
     }
     if (row.kind != RowKind::Closing)
         return QString();

@@ -22,10 +22,15 @@ public:
 
 private:
     QString format(const QVariant& value, int gridColumn) const;
+    // A record's cell through its column's format. Texts repeat down a column, so each text
+    // of the column's dictionary is formatted once.
+    QString recordText(qint32 record, int gridColumn) const;
 
     const OutlineGrid& m_grid;
     FormatLocale m_locale;
     std::vector<DisplayFormat> m_formats; // per grid column
+    // Per grid column, the formatted texts of its dictionary by text number; null: not yet.
+    mutable std::vector<std::vector<QString>> m_formattedTexts;
 };
 
 } // namespace tabulor

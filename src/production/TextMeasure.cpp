@@ -70,6 +70,9 @@ QString TextMeasure::cutWithEllipsis(const QString& text, double width) const
 
 QStringList TextMeasure::lines(const QString& text, double width, bool wrap, int maxLines) const
 {
+    // Most cells are one line that fits.
+    if (!text.contains(u'\n') && this->width(text) <= width)
+        return {text};
     maxLines = std::max(maxLines, 1);
     QStringList paragraphs = text.split(u'\n');
     if (!wrap) {

@@ -7,9 +7,9 @@
 
 namespace tabulor {
 
-GridLayout::GridLayout(const OutlineGrid& grid, const GridText& text,
+GridLayout::GridLayout(const OutlineGrid& grid, const std::vector<BodyRow>& fitRows,
                        const ReportDefinition& definition, const FontCatalog& fonts)
-    : m_grid(grid), m_text(text), m_definition(definition)
+    : m_grid(grid), m_definition(definition)
 {
     for (int s = 0; s < kStyleCount; ++s)
         m_measures[static_cast<size_t>(s)] =
@@ -18,8 +18,7 @@ GridLayout::GridLayout(const OutlineGrid& grid, const GridText& text,
     const QList<int>& columns = grid.reportColumns();
     const QStringList titleTexts = titles();
     m_widths.assign(static_cast<size_t>(columns.size()), 0.0);
-    const auto& rows = grid.rows();
-    const qsizetype measured = std::min<qsizetype>(kFitRows, static_cast<qsizetype>(rows.size()));
+    const size_t measured = std::min(static_cast<size_t>(kFitRows), fitRows.size());
     for (int i = 0; i < columns.size(); ++i) {
         const float stored = grid.column(columns.at(i)).width;
         if (stored > 0) {
@@ -27,11 +26,8 @@ GridLayout::GridLayout(const OutlineGrid& grid, const GridText& text,
             continue;
         }
         double widest = measure(StyleDetailTitle).width(titleTexts.at(i));
-        for (qsizetype r = 0; r < measured; ++r) {
-            const GridRow& row = rows[static_cast<size_t>(r)];
-            widest =
-                std::max(widest, measure(paintStyle(row)).width(text.cellText(row, columns.at(i))));
-        }
+        for (size_t r = 0; r < measured; ++r)
+            widest = std::max(widest, measure(fitRows[r].style).width(fitRows[r].texts.at(i)));
         m_widths[static_cast<size_t>(i)] = std::min(widest + 2 * kCellPadding, kMaxFitWidth);
     }
 }
@@ -52,11 +48,6 @@ QStringList GridLayout::titles() const
                           : id);
     }
     return result;
-}
-
-int GridLayout::paintStyle(const GridRow& row) const
-{
-    return row.style >= 0 && row.style < kStyleCount ? row.style : int{StyleDetailBody};
 }
 
 std::vector<QStringList> GridLayout::linesOf(const QStringList& texts, int style) const
@@ -90,16 +81,6 @@ std::vector<QStringList> GridLayout::titleLines() const
 double GridLayout::titleHeight() const
 {
     return heightOf(titleLines(), StyleDetailTitle);
-}
-
-std::vector<QStringList> GridLayout::cellLines(const GridRow& row) const
-{
-    return linesOf(m_text.rowTexts(row), paintStyle(row));
-}
-
-double GridLayout::rowHeight(const GridRow& row) const
-{
-    return heightOf(cellLines(row), paintStyle(row));
 }
 
 } // namespace tabulor

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "definition/ReportDefinition.h"
+#include "production/BodyRow.h"
 #include "production/FontCatalog.h"
-#include "production/GridText.h"
 #include "production/TextMeasure.h"
 
 #include <array>
@@ -11,9 +11,10 @@
 
 namespace tabulor {
 
-// The sizes of a built report grid in twips: the width of each report column and the height
-// of each row, from the texts measured in their style's font, wrapped when the report allows
-// it and capped at its maximum row height.
+// The sizes of a report's rows in twips: the width of each report column, fitted to the first
+// body rows unless the column has a stored width, and the lines and height of each row, from
+// the texts measured in their style's font, wrapped when the report allows it and capped at
+// its maximum row height.
 class GridLayout
 {
 public:
@@ -24,8 +25,10 @@ public:
     // How many body rows a fitting column measures: those of the designer's working view.
     static constexpr qsizetype kFitRows = 250;
 
-    GridLayout(const OutlineGrid& grid, const GridText& text, const ReportDefinition& definition,
-               const FontCatalog& fonts);
+    // grid gives the report columns; fitRows are the first body rows (at most kFitRows are
+    // measured).
+    GridLayout(const OutlineGrid& grid, const std::vector<BodyRow>& fitRows,
+               const ReportDefinition& definition, const FontCatalog& fonts);
 
     // Per report column, in report order.
     const std::vector<double>& columnWidths() const { return m_widths; }
@@ -36,22 +39,16 @@ public:
     std::vector<QStringList> titleLines() const;
     double titleHeight() const;
 
-    // The lines each report column shows for a row, and the row's height without the style's
+    // The lines each report column shows for a row of these texts painted in style.
+    std::vector<QStringList> linesOf(const QStringList& texts, int style) const;
+    // The height of a row of cells with these lines, painted in style, without the style's
     // space before and after it.
-    std::vector<QStringList> cellLines(const GridRow& row) const;
-    double rowHeight(const GridRow& row) const;
-    // The height of a row of cells with these lines, painted in style.
     double heightOf(const std::vector<QStringList>& lines, int style) const;
 
-    // The style that paints a row: its own, or the detail body's where it has none.
-    int paintStyle(const GridRow& row) const;
     const TextMeasure& measure(int style) const { return *m_measures[static_cast<size_t>(style)]; }
 
 private:
-    std::vector<QStringList> linesOf(const QStringList& texts, int style) const;
-
     const OutlineGrid& m_grid;
-    const GridText& m_text;
     const ReportDefinition& m_definition;
     std::array<std::unique_ptr<TextMeasure>, kStyleCount> m_measures;
     std::vector<double> m_widths;

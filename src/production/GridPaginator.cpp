@@ -20,7 +20,7 @@ constexpr qint32 kWhite = 0xFFFFFF;
 
 GridPaginator::GridPaginator(PageDocument& document, const OutlineGrid& grid,
                              const GridLayout& layout, const ReportDefinition& definition)
-    : m_document(document), m_grid(grid), m_layout(layout), m_definition(definition)
+    : m_document(document), m_layout(layout), m_definition(definition)
 {
     m_columns = std::clamp(document.setup().columns, 1, 16);
     m_columnWidth = (document.setup().printableWidth() - (m_columns - 1) * kColumnGap) / m_columns;
@@ -127,57 +127,53 @@ void GridPaginator::paintRow(int style, const std::vector<QStringList>& lines, c
     m_y += box.total();
 }
 
-void GridPaginator::render()
+void GridPaginator::begin()
 {
-    if (m_grid.reportColumns().isEmpty() || m_document.stopped())
-        return;
+    m_widowControl = !m_definition.global.WidowOK;
+    m_bottom = m_document.setup().printableBottom();
+    m_segmentRoom = m_bottom - m_document.setup().marginTop - m_layout.titleHeight();
+    m_run.clear();
+    m_runHeight = 0;
     m_column = 0;
     m_segmentTop = m_document.CurrentY();
     if (m_document.PageCount() == 1)
         paintBorders();
     m_column = -1;
     startSegment(false);
+}
 
-    const auto& rows = m_grid.rows();
-    const bool widowControl = !m_definition.global.WidowOK;
-    const double bottom = m_document.setup().printableBottom();
-    struct LaidOut
-    {
-        int style;
-        std::vector<QStringList> lines;
-        RowBox box;
-    };
-    // What a fresh page or column holds below its title row.
-    const double segmentRoom = bottom - m_document.setup().marginTop - m_layout.titleHeight();
-    std::vector<LaidOut> run;
-    size_t i = 0;
-    while (i < rows.size() && !m_document.stopped()) {
-        // The run of rows that belongs together goes to the next column when it does not fit
-        // here but would fit there.
-        const size_t end = keepTogetherEnd(rows, i, widowControl);
-        run.clear();
-        double runHeight = 0;
-        for (size_t k = i; k < end; ++k) {
-            const int style = m_layout.paintStyle(rows[k]);
-            std::vector<QStringList> lines = m_layout.cellLines(rows[k]);
-            const ReportStyle& s = m_definition.styles[style];
-            const RowBox box{static_cast<double>(s.Before), m_layout.heightOf(lines, style),
-                             static_cast<double>(s.After)};
-            runHeight += box.total();
-            run.push_back(LaidOut{style, std::move(lines), box});
-        }
-        if (m_segmentHasRows && m_y + runHeight > bottom && runHeight <= segmentRoom)
+void GridPaginator::add(const BodyRow& row)
+{
+    if (!m_run.empty() && breakAllowedBetween(m_run.back().kind, row.kind, m_widowControl))
+        layOutRun();
+    std::vector<QStringList> lines = m_layout.linesOf(row.texts, row.style);
+    const ReportStyle& s = m_definition.styles[row.style];
+    const RowBox box{static_cast<double>(s.Before), m_layout.heightOf(lines, row.style),
+                     static_cast<double>(s.After)};
+    m_runHeight += box.total();
+    m_run.push_back(LaidOut{row.kind, row.style, std::move(lines), box});
+}
+
+void GridPaginator::layOutRun()
+{
+    if (m_segmentHasRows && m_y + m_runHeight > m_bottom && m_runHeight <= m_segmentRoom)
+        startSegment(m_column + 1 >= m_columns);
+    for (const LaidOut& row : m_run) {
+        if (m_document.stopped())
+            break;
+        if (m_segmentHasRows && m_y + row.box.total() > m_bottom)
             startSegment(m_column + 1 >= m_columns);
-        for (const LaidOut& row : run) {
-            if (m_document.stopped())
-                break;
-            if (m_segmentHasRows && m_y + row.box.total() > bottom)
-                startSegment(m_column + 1 >= m_columns);
-            paintRow(row.style, row.lines, row.box);
-            m_segmentHasRows = true;
-        }
-        i = end;
+        paintRow(row.style, row.lines, row.box);
+        m_segmentHasRows = true;
     }
+    m_run.clear();
+    m_runHeight = 0;
+}
+
+void GridPaginator::finish()
+{
+    if (!m_run.empty())
+        layOutRun();
     m_document.setCurrentY(m_y);
 }
 

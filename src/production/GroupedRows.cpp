@@ -1,18 +1,8 @@
 #include "production/GroupedRows.h"
 
+#include <algorithm>
+
 namespace tabulor {
-
-namespace {
-
-QList<SortKey> groupKeys(const GroupPlan& plan)
-{
-    QList<SortKey> keys;
-    for (const GroupLevel& level : plan.levels)
-        keys.append(SortKey{level.column, false});
-    return keys;
-}
-
-} // namespace
 
 qint16 outlineLevel(RowKind kind, int depth)
 {
@@ -21,7 +11,7 @@ qint16 outlineLevel(RowKind kind, int depth)
 
 GroupedRows::GroupedRows(OutlineGrid& grid, std::vector<double> grandTotals)
     : m_grid(grid), m_plan(grid.groupPlan()), m_grandTotals(std::move(grandTotals)),
-      m_groupOrder(grid, groupKeys(m_plan), QCollator()), m_firstRecord(m_plan.levels.size(), -1),
+      m_firstRecord(m_plan.levels.size(), -1),
       m_accumulators(m_plan.levels.size(), std::vector<Accumulator>(m_plan.totals.size()))
 {
 }
@@ -31,7 +21,8 @@ void GroupedRows::add(qint32 record)
     const int levels = static_cast<int>(m_plan.levels.size());
     int changed = m_previous < 0 ? 0 : levels;
     for (int level = 0; level < levels && changed == levels; ++level) {
-        if (m_groupOrder.compare(level, m_previous, record) != 0)
+        const ColumnCells& cells = m_grid.cells(m_plan.levels[static_cast<size_t>(level)].column);
+        if (!sameCellValue(cells, m_previous, record, m_collator))
             changed = level;
     }
     if (m_previous >= 0) {
@@ -50,6 +41,30 @@ void GroupedRows::add(qint32 record)
             innermost[t].add(m_grid.cell(record, m_plan.totals[t].column));
     }
     m_previous = record;
+}
+
+std::vector<qint32> GroupedRows::retainedRecords() const
+{
+    std::vector<qint32> records;
+    if (m_previous < 0)
+        return records;
+    records.push_back(m_previous);
+    for (qint32 first : m_firstRecord) {
+        if (first != m_previous)
+            records.push_back(first);
+    }
+    return records;
+}
+
+void GroupedRows::renumber(const std::vector<qint32>& retained)
+{
+    auto newNumber = [&](qint32 record) {
+        const auto found = std::find(retained.begin(), retained.end(), record);
+        return found == retained.end() ? qint32{-1} : static_cast<qint32>(found - retained.begin());
+    };
+    m_previous = newNumber(m_previous);
+    for (qint32& first : m_firstRecord)
+        first = newNumber(first);
 }
 
 void GroupedRows::finish()

@@ -27,6 +27,12 @@ public:
     // Closes the groups still open.
     void finish();
 
+    // The records the groups still open refer to: the last record added and the first record
+    // of each open group. A grid that drops its other records keeps these.
+    std::vector<qint32> retainedRecords() const;
+    // After the grid kept only the records retainedRecords() gave, in that order.
+    void renumber(const std::vector<qint32>& retained);
+
 private:
     void open(int depth, qint32 record);
     void close(int depth);
@@ -34,7 +40,7 @@ private:
     OutlineGrid& m_grid;
     const GroupPlan& m_plan;
     std::vector<double> m_grandTotals;
-    CellOrder m_groupOrder;
+    QCollator m_collator;
     qint32 m_previous = -1;
     std::vector<qint32> m_firstRecord; // per level, of the open group
     // Per level and total: the innermost level collects the records, each closing level hands

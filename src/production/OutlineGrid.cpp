@@ -20,11 +20,29 @@ void OutlineGrid::setColumns(const QList<GridColumn>& columns)
 
 void OutlineGrid::appendRow(const QList<QVariant>& cells)
 {
+    GridRow row;
+    row.record = appendRecord(cells);
+    m_rows.push_back(row);
+}
+
+qint32 OutlineGrid::appendRecord(const QList<QVariant>& cells)
+{
     for (int c = 0; c < columnCount(); ++c)
         m_cells[c].append(c < cells.size() ? cells.at(c) : QVariant());
-    GridRow row;
-    row.record = static_cast<qint32>(m_recordCount++);
-    m_rows.push_back(row);
+    return static_cast<qint32>(m_recordCount++);
+}
+
+void OutlineGrid::keepRecords(const std::vector<qint32>& records)
+{
+    std::vector<ColumnCells> kept(m_cells.size());
+    for (size_t c = 0; c < m_cells.size(); ++c) {
+        for (qint32 record : records)
+            kept[c].append(m_cells[c].value(record));
+    }
+    m_cells = std::move(kept);
+    m_recordCount = static_cast<qsizetype>(records.size());
+    m_rows.clear();
+    m_totalValues.clear();
 }
 
 int OutlineGrid::FindGridColumn(const QString& name) const

@@ -57,8 +57,13 @@ public:
     const GridColumn& column(int index) const { return m_columns.at(index); }
     GridColumn& column(int index) { return m_columns[index]; }
 
-    // Appends one record; missing cells are empty.
+    // Appends one record and a body row showing it; missing cells are empty.
     void appendRow(const QList<QVariant>& cells);
+    // Appends one record without a body row; returns its number.
+    qint32 appendRecord(const QList<QVariant>& cells);
+    // Keeps only these records, numbered anew in this order, and drops the body rows and their
+    // totals: a report that streams its records keeps just what its open groups refer to.
+    void keepRecords(const std::vector<qint32>& records);
     qsizetype recordCount() const { return m_recordCount; }
     const CellValue& cell(qsizetype record, int column) const { return m_cells[column].at(record); }
     QVariant value(qsizetype record, int column) const { return m_cells[column].value(record); }

@@ -54,57 +54,66 @@ qint64 msecs(const CellValue& c)
 
 } // namespace
 
+std::vector<quint32> collationRanks(const QStringList& texts, const QCollator& collator)
+{
+    std::vector<quint32> byCollation(static_cast<size_t>(texts.size()));
+    std::iota(byCollation.begin(), byCollation.end(), 0u);
+    std::stable_sort(byCollation.begin(), byCollation.end(), [&](quint32 a, quint32 b) {
+        return collator.compare(texts.at(a), texts.at(b)) < 0;
+    });
+    std::vector<quint32> ranks(byCollation.size());
+    quint32 rank = 0;
+    for (size_t i = 0; i < byCollation.size(); ++i) {
+        if (i > 0 && collator.compare(texts.at(byCollation[i - 1]), texts.at(byCollation[i])) != 0)
+            ++rank;
+        ranks[byCollation[i]] = rank;
+    }
+    return ranks;
+}
+
+template <typename CompareTexts>
+int compareCells(const CellValue& x, const CellValue& y, CompareTexts compareTexts)
+{
+    const int gx = kindGroup(x.kind);
+    const int gy = kindGroup(y.kind);
+    if (gx != gy)
+        return threeWay(gx, gy);
+    switch (gx) {
+    case 1:
+        return compareNumbers(x, y);
+    case 2:
+        return threeWay(msecs(x), msecs(y));
+    case 3:
+    case 5:
+        return threeWay(x.number, y.number);
+    case 4:
+        return compareTexts(x.textId, y.textId);
+    default:
+        return 0;
+    }
+}
+
+bool sameCellValue(const ColumnCells& cells, qsizetype a, qsizetype b, const QCollator& collator)
+{
+    return compareCells(cells.at(a), cells.at(b), [&](quint32 x, quint32 y) {
+               return x == y ? 0 : collator.compare(cells.text(x), cells.text(y));
+           }) == 0;
+}
+
 CellOrder::CellOrder(const OutlineGrid& grid, const QList<SortKey>& keys, const QCollator& collator)
 {
     for (const SortKey& k : keys) {
-        Key key{&grid.cells(k.column), k.descending, {}};
-        const QStringList& texts = key.cells->texts();
-        std::vector<quint32> byCollation(static_cast<size_t>(texts.size()));
-        std::iota(byCollation.begin(), byCollation.end(), 0u);
-        std::stable_sort(byCollation.begin(), byCollation.end(), [&](quint32 a, quint32 b) {
-            return collator.compare(texts.at(a), texts.at(b)) < 0;
-        });
-        key.textRanks.resize(byCollation.size());
-        quint32 rank = 0;
-        for (size_t i = 0; i < byCollation.size(); ++i) {
-            if (i > 0 &&
-                collator.compare(texts.at(byCollation[i - 1]), texts.at(byCollation[i])) != 0)
-                ++rank;
-            key.textRanks[byCollation[i]] = rank;
-        }
-        m_keys.push_back(std::move(key));
+        const ColumnCells* cells = &grid.cells(k.column);
+        m_keys.push_back(Key{cells, k.descending, collationRanks(cells->texts(), collator)});
     }
 }
 
 int CellOrder::compare(int keyIndex, qint32 a, qint32 b) const
 {
     const Key& key = m_keys[static_cast<size_t>(keyIndex)];
-    const CellValue& x = key.cells->at(a);
-    const CellValue& y = key.cells->at(b);
-    const int gx = kindGroup(x.kind);
-    const int gy = kindGroup(y.kind);
-    int result = 0;
-    if (gx != gy) {
-        result = threeWay(gx, gy);
-    } else {
-        switch (gx) {
-        case 1:
-            result = compareNumbers(x, y);
-            break;
-        case 2:
-            result = threeWay(msecs(x), msecs(y));
-            break;
-        case 3:
-        case 5:
-            result = threeWay(x.number, y.number);
-            break;
-        case 4:
-            result = threeWay(key.textRanks[x.textId], key.textRanks[y.textId]);
-            break;
-        default:
-            break;
-        }
-    }
+    const int result = compareCells(key.cells->at(a), key.cells->at(b), [&](quint32 x, quint32 y) {
+        return threeWay(key.textRanks[x], key.textRanks[y]);
+    });
     return key.descending ? -result : result;
 }
 
@@ -164,8 +173,7 @@ std::optional<PackedKey> packedKey(const OutlineGrid& grid, const SortKey& key,
     std::vector<quint32> ranks;
     quint64 largest = 0;
     if (kind == CellValue::Text) {
-        const CellOrder order(grid, {SortKey{key.column, false}}, collator);
-        ranks = order.textRanks(0);
+        ranks = collationRanks(cells.texts(), collator);
         for (quint32 rank : ranks)
             largest = std::max<quint64>(largest, rank + 1);
     } else if (kind != CellValue::Empty) {

@@ -27,11 +27,6 @@ public:
     bool before(qint32 a, qint32 b) const;
     // Compares one column's cells of two records: negative, zero or positive.
     int compare(int key, qint32 a, qint32 b) const;
-    // A key's collation rank of each text of its column, by text number.
-    const std::vector<quint32>& textRanks(int key) const
-    {
-        return m_keys[static_cast<size_t>(key)].textRanks;
-    }
 
 private:
     struct Key
@@ -42,6 +37,13 @@ private:
     };
     std::vector<Key> m_keys;
 };
+
+// The collation rank of each text, by its index: texts the collation holds equal share a rank.
+std::vector<quint32> collationRanks(const QStringList& texts, const QCollator& collator);
+
+// Whether two cells of a column hold the same value in the report's order: texts the
+// collation holds equal are the same.
+bool sameCellValue(const ColumnCells& cells, qsizetype a, qsizetype b, const QCollator& collator);
 
 // The records of the grid in report order: a stable sort by the keys, first key first.
 std::vector<qint32> sortedRecords(const OutlineGrid& grid, const QList<SortKey>& keys,

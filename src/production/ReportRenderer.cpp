@@ -1,8 +1,6 @@
 #include "production/ReportRenderer.h"
 
-#include "production/GridLayout.h"
-#include "production/GridPaginator.h"
-#include "production/GridText.h"
+#include "production/GridBodyRows.h"
 #include "production/RtfReader.h"
 
 namespace tabulor {
@@ -16,7 +14,8 @@ constexpr double kHeaderGap = 150;
 
 ReportRenderer::ReportRenderer(const ReportDefinition& definition, const OutlineGrid& grid,
                                TokenContext context)
-    : m_definition(definition), m_grid(grid), m_context(std::move(context))
+    : m_definition(definition), m_grid(grid), m_context(std::move(context)),
+      m_hasRows(!grid.rows().empty())
 {
 }
 
@@ -29,8 +28,15 @@ void ReportRenderer::useStyle(PageDocument& document, int style) const
 
 void ReportRenderer::RenderReport(PageDocument& document)
 {
+    GridBodyRows rows(m_grid, m_context.locale);
+    RenderReport(document, rows);
+}
+
+void ReportRenderer::RenderReport(PageDocument& document, BodyRows& rows)
+{
     const GlobalSettings& g = m_definition.global;
-    if (m_grid.rows().empty()) {
+    m_hasRows = !rows.empty();
+    if (!m_hasRows) {
         // Nothing to show: what the document showed before goes.
         document.StartDoc();
         document.EndDoc();
@@ -62,15 +68,15 @@ void ReportRenderer::RenderReport(PageDocument& document)
         document.TextAlign = 0;
     }
 
-    const GridText text(m_grid, m_context.locale);
-    const GridLayout layout(m_grid, text, m_definition, document.fonts());
-    GridPaginator(document, m_grid, layout, m_definition).render();
+    ReportBody body(document, m_grid, m_definition);
+    rows.writeTo(body);
+    body.finish();
     document.EndDoc();
 }
 
 void ReportRenderer::OverlayHeadersAndFooters(PageDocument& document)
 {
-    if (m_grid.rows().empty())
+    if (!m_hasRows)
         return;
     TokenContext final = m_context;
     final.pageCount = document.PageCount();

@@ -70,8 +70,8 @@ QString TextMeasure::cutWithEllipsis(const QString& text, double width) const
 
 QStringList TextMeasure::lines(const QString& text, double width, bool wrap, int maxLines) const
 {
-    // Most cells are one line that fits.
-    if (!text.contains(u'\n') && this->width(text) <= width)
+    // Most cells are one line that fits. (Wrapping drops the blanks a text starts with.)
+    if ((!wrap || !text.startsWith(u' ')) && !text.contains(u'\n') && this->width(text) <= width)
         return {text};
     maxLines = std::max(maxLines, 1);
     QStringList paragraphs = text.split(u'\n');

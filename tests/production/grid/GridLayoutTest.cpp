@@ -1,4 +1,5 @@
 #include "production/GridLayout.h"
+#include "production/GridText.h"
 #include "production/ReportGridBuilder.h"
 
 #include "QtPrinters.h"
@@ -97,9 +98,12 @@ TEST(GridLayout, WidthsAreStoredOrFittedAndHeightsFollowTheWrappedText)
     buildReportGrid(grid, d, QCollator());
     grid.column(1).width = 1500;
     const GridText text(grid, FormatLocale::fromQLocale(QLocale(QLocale::English)));
+    std::vector<BodyRow> rows;
+    for (const GridRow& row : grid.rows())
+        rows.push_back(BodyRow{row.kind, paintStyle(row), text.rowTexts(row)});
     const FontCatalog fonts;
 
-    const GridLayout layout(grid, text, d, fonts);
+    const GridLayout layout(grid, rows, d, fonts);
     // The first column fits its title, which is wider than its values, inside the padding.
     const double titleWidth =
         layout.measure(StyleDetailTitle).width(QStringLiteral("Customer name"));
@@ -108,20 +112,22 @@ TEST(GridLayout, WidthsAreStoredOrFittedAndHeightsFollowTheWrappedText)
     EXPECT_EQ(layout.titles(), (QStringList{"Customer name", "note"}));
 
     const double line = layout.measure(StyleDetailBody).lineHeight();
-    const GridRow& shortRow = grid.rows()[0];
-    const GridRow& longRow = grid.rows()[1];
-    EXPECT_DOUBLE_EQ(layout.rowHeight(shortRow), line);
-    const std::vector<QStringList> lines = layout.cellLines(longRow);
+    auto height = [&](const GridLayout& l, const BodyRow& row) {
+        return l.heightOf(l.linesOf(row.texts, row.style), row.style);
+    };
+    EXPECT_DOUBLE_EQ(height(layout, rows[0]), line);
+    const std::vector<QStringList> lines = layout.linesOf(rows[1].texts, rows[1].style);
     EXPECT_GE(lines[1].size(), 3);
-    EXPECT_DOUBLE_EQ(layout.rowHeight(longRow), line * static_cast<double>(lines[1].size()));
+    EXPECT_DOUBLE_EQ(height(layout, rows[1]), line * static_cast<double>(lines[1].size()));
 
     // The maximum row height caps the lines; the last shown line ends with "...".
     d.global.MaxHeight = static_cast<qint32>(2 * line + 1);
-    const GridLayout capped(grid, text, d, fonts);
-    EXPECT_DOUBLE_EQ(capped.rowHeight(longRow), 2 * line);
-    EXPECT_TRUE(capped.cellLines(longRow)[1].last().endsWith(QStringLiteral("...")));
+    const GridLayout capped(grid, rows, d, fonts);
+    EXPECT_DOUBLE_EQ(height(capped, rows[1]), 2 * line);
+    EXPECT_TRUE(
+        capped.linesOf(rows[1].texts, rows[1].style)[1].last().endsWith(QStringLiteral("...")));
 
     d.global.WordWrap = false;
-    const GridLayout single(grid, text, d, fonts);
-    EXPECT_DOUBLE_EQ(single.rowHeight(longRow), line);
+    const GridLayout single(grid, rows, d, fonts);
+    EXPECT_DOUBLE_EQ(height(single, rows[1]), line);
 }

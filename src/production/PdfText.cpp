@@ -113,11 +113,13 @@ const PdfTextStyle& PdfText::style(int request) const
 const EncodedRun& PdfText::encode(int requestId, const QString& text)
 {
     Request& request = *m_requests[size_t(requestId)];
-    const auto cached = request.runs.constFind(text);
-    if (cached != request.runs.cend())
-        return *cached;
-
-    m_shaper.shape(text, request, m_shaped);
+    // Text the table shapes is encoded again each time: that is cheaper than looking it up.
+    if (!m_shaper.shapeFromTable(text, request, m_shaped)) {
+        const auto cached = request.runs.constFind(text);
+        if (cached != request.runs.cend())
+            return *cached;
+        m_shaper.shape(text, request, m_shaped);
+    }
     EncodedRun& run = m_scratch;
     PdfBuffer& ops = run.ops;
     ops.clear();

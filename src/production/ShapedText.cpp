@@ -323,17 +323,23 @@ void TextShaper::shapeSegment(QStringView text, int start, int end, int face, Fo
     out.segments.push_back({face, first, int(length)});
 }
 
-void TextShaper::shape(QStringView text, ShapingFaces& faces, ShapedText& out)
+bool TextShaper::shapeFromTable(QStringView text, ShapingFaces& faces, ShapedText& out)
 {
     out.clear();
-    if (text.isEmpty())
-        return;
     const int primary = faces.primaryFace();
     const bool latinLike =
         std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < kTableSize; });
     if (latinLike && shapeContextFree(text, primary, contextFree(faces.face(primary)), out))
-        return;
+        return true;
     out.clear();
+    return false;
+}
+
+void TextShaper::shape(QStringView text, ShapingFaces& faces, ShapedText& out)
+{
+    out.clear();
+    if (text.isEmpty() || shapeFromTable(text, faces, out))
+        return;
     int start = 0;
     int face = -1;
     for (qsizetype i = 0; i < text.size();) {

@@ -77,6 +77,9 @@ public:
     TextShaper& operator=(const TextShaper&) = delete;
 
     void shape(QStringView text, ShapingFaces& faces, ShapedText& out);
+    // Shapes text from the table of the primary face when all its characters are in it, and
+    // says whether it did; out is then marked simple.
+    bool shapeFromTable(QStringView text, ShapingFaces& faces, ShapedText& out);
 
 private:
     struct ContextFree;

@@ -4,6 +4,7 @@
 #include "production/DatabaseLocation.h"
 #include "production/ReportGridBuilder.h"
 #include "production/ReportRenderer.h"
+#include "production/StreamedBodyRows.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -291,6 +292,11 @@ void ReportSession::resizeColumn(int gridColumn, float width)
 
 void ReportSession::RenderReport(PageDocument& document)
 {
+    renderRows(document, nullptr);
+}
+
+void ReportSession::renderRows(PageDocument& document, BodyRows* rows)
+{
     Q_EMIT busyChanged(true);
     TokenContext context;
     context.databaseName = m_data.DatabaseShortName();
@@ -313,7 +319,10 @@ void ReportSession::RenderReport(PageDocument& document)
         if (d.OverlayHeadersAndFooters)
             renderer.OverlayHeadersAndFooters(d);
     };
-    renderer.RenderReport(document);
+    if (rows)
+        renderer.RenderReport(document, *rows);
+    else
+        renderer.RenderReport(document);
     document.onNewPage = nullptr;
     document.onEndDoc = nullptr;
     Q_EMIT busyChanged(false);
@@ -322,6 +331,17 @@ void ReportSession::RenderReport(PageDocument& document)
 void ReportSession::renderFullReport(PageDocument& document)
 {
     UpdateStatus(m_strings.text(Message::GENERATINGFULLREPORT));
+    // A database that sorts the records hands them over in report order, and the report is
+    // laid out as they stream in; otherwise every record is loaded and sorted here.
+    if (m_data.RecordSourceOpen() && m_data.CurrentDatabase() && !m_data.hostRecordset()) {
+        const std::unique_ptr<StreamedBodyRows> streamed = StreamedBodyRows::open(
+            *m_data.CurrentDatabase(), m_data.RecordSourceName(), m_data.grid(), m_definition,
+            m_collator, FormatLocale::fromQLocale(QLocale()));
+        if (streamed) {
+            renderRows(document, streamed.get());
+            return;
+        }
+    }
     m_data.setUnlimitedRows(true);
     m_data.LoadRowsIntoGrid();
     rebuildReport();

@@ -17,6 +17,8 @@
 
 namespace tabulor {
 
+class BodyRows;
+
 // Everything one report designer works on: the definition, its data, the string table and
 // the way messages reach the user. Each component creates one; there is no other state.
 class ReportSession : public QObject
@@ -93,8 +95,10 @@ public:
     // then, when the document asks for them, the page header and footer with the final page
     // count. Progress goes to the status; a document error stops it with a message.
     void RenderReport(PageDocument& document);
-    // Loads every record, rebuilds the report over them and renders it; the working view's
-    // partial data is not loaded back.
+    // Renders the report over every record. A database that can sort the record source
+    // streams the records in report order and the working view stays as it is; otherwise
+    // every record is loaded and the report rebuilt over them, and the working view's partial
+    // data is not loaded back.
     void renderFullReport(PageDocument& document);
 
     // Where dates and times in titles, headers and footers come from.
@@ -106,6 +110,8 @@ Q_SIGNALS:
     void reportBuilt();
 
 private:
+    // RenderReport with body rows from elsewhere; null renders the grid's.
+    void renderRows(PageDocument& document, BodyRows* rows);
     bool ReadReportFile(const QString& path, const ProfileFile& file,
                         const std::optional<QString>& database);
     bool databaseOpens(const QString& name, const QString& definitionPath);

@@ -44,6 +44,12 @@ QString recordSourceKindName(RecordSourceKind kind)
     return {};
 }
 
+std::unique_ptr<Recordset> DataSource::openSorted(const QString&, const QList<SortField>&,
+                                                  const QCollator&, QString*)
+{
+    return nullptr;
+}
+
 std::unique_ptr<DataSource> openDatabase(const QString& name, QString* error)
 {
     if (name.trimmed().isEmpty()) {

@@ -117,6 +117,17 @@ int StyleForRow(const StyleTable& styles, const GridRow& row)
     return -1;
 }
 
+QList<SortKey> reportSortKeys(const OutlineGrid& grid)
+{
+    QList<SortKey> keys;
+    for (int c : grid.reportColumns()) {
+        const qint16 sort = grid.column(c).sort;
+        if (sort == 1 || sort == 2)
+            keys.append(SortKey{c, sort == 2});
+    }
+    return keys;
+}
+
 void buildReportGrid(OutlineGrid& grid, const ReportDefinition& d, const QCollator& collator)
 {
     int groupCount = 0;
@@ -124,13 +135,7 @@ void buildReportGrid(OutlineGrid& grid, const ReportDefinition& d, const QCollat
     grid.setReportColumns(columns);
     applyFieldSettings(grid, d.fields);
 
-    QList<SortKey> keys;
-    for (int c : columns) {
-        const qint16 sort = grid.column(c).sort;
-        if (sort == 1 || sort == 2)
-            keys.append(SortKey{c, sort == 2});
-    }
-    const std::vector<qint32> order = sortedRecords(grid, keys, collator);
+    const std::vector<qint32> order = sortedRecords(grid, reportSortKeys(grid), collator);
 
     grid.setGroupPlan(groupPlan(grid, d, columns, groupCount));
     std::vector<GridRow>& rows = grid.rows();

@@ -2,6 +2,7 @@
 
 #include "definition/ReportDefinition.h"
 #include "production/OutlineGrid.h"
+#include "production/RecordOrder.h"
 
 #include <QCollator>
 
@@ -15,6 +16,9 @@ int StyleForRow(const StyleTable& styles, const QString& name);
 // The style of a body row: Detail Body for records, the style whose level matches for group
 // rows, -1 when none does (group levels beyond the third).
 int StyleForRow(const StyleTable& styles, const GridRow& row);
+
+// The sort of a built report: its report columns that sort, in report order.
+QList<SortKey> reportSortKeys(const OutlineGrid& grid);
 
 // Shapes the grid into the report the definition describes: the group and detail columns in
 // their order with each field's sort, format and alignment, the records sorted, group heading

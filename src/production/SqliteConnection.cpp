@@ -91,6 +91,20 @@ std::optional<qint64> SqliteConnection::countRows(const QString& name) const
     return sqlite3_column_int64(count.get(), 0);
 }
 
+bool SqliteConnection::defineFunction(const QByteArray& name, int arguments, Function function,
+                                      void* data) const
+{
+    return sqlite3_create_function_v2(m_handle, name.constData(), arguments,
+                                      SQLITE_UTF8 | SQLITE_DETERMINISTIC, data, function, nullptr,
+                                      nullptr, nullptr) == SQLITE_OK;
+}
+
+void SqliteConnection::removeFunction(const QByteArray& name, int arguments) const
+{
+    sqlite3_create_function_v2(m_handle, name.constData(), arguments, SQLITE_UTF8, nullptr, nullptr,
+                               nullptr, nullptr, nullptr);
+}
+
 QString SqliteConnection::quotedIdentifier(const QString& name)
 {
     QString quoted = name;

@@ -1,12 +1,15 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 #include <memory>
 #include <optional>
 
 struct sqlite3;
+struct sqlite3_context;
 struct sqlite3_stmt;
+struct sqlite3_value;
 
 namespace tabulor {
 
@@ -44,6 +47,12 @@ public:
 
     // SELECT COUNT(*) over a table or view; nullopt when it cannot be counted.
     std::optional<qint64> countRows(const QString& name) const;
+
+    using Function = void (*)(sqlite3_context*, int, sqlite3_value**);
+    // Defines an SQL function of this many arguments, deterministic, that gets data with each
+    // call, until it is removed.
+    bool defineFunction(const QByteArray& name, int arguments, Function function, void* data) const;
+    void removeFunction(const QByteArray& name, int arguments) const;
 
     // A name as an SQL identifier: in double quotes, quotes inside doubled.
     static QString quotedIdentifier(const QString& name);

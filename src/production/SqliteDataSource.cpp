@@ -3,6 +3,7 @@
 #include "production/FieldType.h"
 #include "production/SqliteConnection.h"
 #include "production/SqliteRecordset.h"
+#include "production/SqliteSortKeys.h"
 #include "production/SqliteValues.h"
 
 #include <sqlite3.h>
@@ -72,6 +73,55 @@ std::optional<qint64> SqliteDataSource::countRows(const QString& name)
     if (!m_connection->hasRecordSource(name))
         return std::nullopt;
     return m_connection->countRows(name);
+}
+
+std::unique_ptr<Recordset> SqliteDataSource::openSorted(const QString& name,
+                                                        const QList<SortField>& order,
+                                                        const QCollator& collator, QString* error)
+{
+    if (!recordSources().contains(RecordSourceEntry{name, RecordSourceKind::Table}))
+        return nullptr;
+    // The first row types the fields that declare no type, as an unsorted read would.
+    const std::unique_ptr<SqliteRecordset> plain =
+        SqliteRecordset::open(m_connection, name, 1, error);
+    if (!plain)
+        return nullptr;
+    QStringList names;
+    QList<qint16> types;
+    for (int f = 0; f < plain->fieldCount(); ++f) {
+        names.append(plain->fieldName(f));
+        types.append(plain->fieldType(f));
+    }
+    // Ties keep the table's own order, by row number, under a name no column hides.
+    QString rowid;
+    for (const QString& candidate :
+         {QStringLiteral("rowid"), QStringLiteral("_rowid_"), QStringLiteral("oid")}) {
+        if (!names.contains(candidate, Qt::CaseInsensitive)) {
+            rowid = candidate;
+            break;
+        }
+    }
+    if (rowid.isEmpty())
+        return nullptr;
+
+    std::vector<SqliteSortKeys::Column> columns;
+    for (const SortField& field : order) {
+        const qsizetype f = names.indexOf(field.name);
+        if (f < 0)
+            return nullptr;
+        columns.push_back(SqliteSortKeys::Column{field.name, types.at(f)});
+    }
+    std::shared_ptr<SqliteSortKeys> keys =
+        SqliteSortKeys::define(m_connection, name, columns, collator, error);
+    if (!keys)
+        return nullptr;
+    QStringList terms;
+    for (int k = 0; k < order.size(); ++k)
+        terms.append(keys->keyOf(k, rowid) +
+                     (order.at(k).descending ? QStringLiteral(" DESC") : QString()));
+    terms.append(rowid);
+    return SqliteRecordset::openSorted(m_connection, name, terms.join(u','), types, std::move(keys),
+                                       error);
 }
 
 } // namespace tabulor

@@ -24,6 +24,9 @@ public:
     std::unique_ptr<Recordset> openRecordSource(const QString& name, std::optional<qint64> rowLimit,
                                                 QString* error) override;
     std::optional<qint64> countRows(const QString& name) override;
+    // Tables only: a view's rows have no order of their own to keep among ties.
+    std::unique_ptr<Recordset> openSorted(const QString& name, const QList<SortField>& order,
+                                          const QCollator& collator, QString* error) override;
 
 private:
     explicit SqliteDataSource(std::shared_ptr<SqliteConnection> connection);

@@ -19,7 +19,31 @@ std::unique_ptr<SqliteRecordset> SqliteRecordset::open(std::shared_ptr<SqliteCon
     QString sql = QStringLiteral("SELECT * FROM ") + SqliteConnection::quotedIdentifier(source);
     if (rowLimit)
         sql += QStringLiteral(" LIMIT ?1");
+    return run(std::move(connection), sql, source, rowLimit, error);
+}
 
+std::unique_ptr<SqliteRecordset>
+SqliteRecordset::openSorted(std::shared_ptr<SqliteConnection> connection, const QString& source,
+                            const QString& orderBy, const QList<qint16>& types,
+                            std::shared_ptr<void> sortKeys, QString* error)
+{
+    const QString sql = QStringLiteral("SELECT * FROM ") +
+                        SqliteConnection::quotedIdentifier(source) + QStringLiteral(" ORDER BY ") +
+                        orderBy;
+    std::unique_ptr<SqliteRecordset> recordset =
+        run(std::move(connection), sql, source, std::nullopt, error);
+    if (!recordset || recordset->m_types.size() != types.size())
+        return nullptr;
+    recordset->m_types = types;
+    recordset->m_sortKeys = std::move(sortKeys);
+    return recordset;
+}
+
+std::unique_ptr<SqliteRecordset> SqliteRecordset::run(std::shared_ptr<SqliteConnection> connection,
+                                                      const QString& sql, const QString& source,
+                                                      std::optional<qint64> rowLimit,
+                                                      QString* error)
+{
     QString problem;
     SqliteStatement statement = connection->prepare(sql, &problem);
     if (statement && rowLimit)

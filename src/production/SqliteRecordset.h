@@ -21,6 +21,13 @@ public:
                                                  const QString& source,
                                                  std::optional<qint64> rowLimit, QString* error);
 
+    // Runs SELECT * over the record source ORDER BY the given SQL, with the fields typed as
+    // given. sortKeys stays alive as long as the cursor: what the ordering's functions use.
+    static std::unique_ptr<SqliteRecordset>
+    openSorted(std::shared_ptr<SqliteConnection> connection, const QString& source,
+               const QString& orderBy, const QList<qint16>& types, std::shared_ptr<void> sortKeys,
+               QString* error);
+
     int fieldCount() const override { return int(m_names.size()); }
     QString fieldName(int field) const override { return m_names.value(field); }
     qint16 fieldType(int field) const override { return m_types.value(field); }
@@ -38,10 +45,15 @@ private:
     SqliteRecordset(std::shared_ptr<SqliteConnection> connection, SqliteStatement statement,
                     const QString& source, std::optional<qint64> rowLimit);
 
+    static std::unique_ptr<SqliteRecordset> run(std::shared_ptr<SqliteConnection> connection,
+                                                const QString& sql, const QString& source,
+                                                std::optional<qint64> rowLimit, QString* error);
+
     // Steps to the next row; returns the engine's result code. A failed step ends the cursor.
     int step();
 
     std::shared_ptr<SqliteConnection> m_connection;
+    std::shared_ptr<void> m_sortKeys; // outlives the statement
     SqliteStatement m_statement;
     QString m_source;
     std::optional<qint64> m_rowLimit;

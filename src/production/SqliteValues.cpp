@@ -208,31 +208,36 @@ qint16 fieldTypeForStorageClass(int storageClass)
 
 QVariant columnValue(sqlite3_stmt* statement, int column, qint16 fieldType)
 {
-    switch (sqlite3_column_type(statement, column)) {
+    return sqliteValue(sqlite3_column_value(statement, column), fieldType);
+}
+
+QVariant sqliteValue(sqlite3_value* value, qint16 fieldType)
+{
+    switch (sqlite3_value_type(value)) {
     case SQLITE_NULL:
         return {};
     case SQLITE_INTEGER: {
-        const qint64 value = sqlite3_column_int64(statement, column);
+        const qint64 number = sqlite3_value_int64(value);
         if (fieldType == FieldBoolean)
-            return value != 0;
+            return number != 0;
         if (isFractional(fieldType))
-            return double(value);
-        return value;
+            return double(number);
+        return number;
     }
     case SQLITE_FLOAT: {
-        const double value = sqlite3_column_double(statement, column);
+        const double number = sqlite3_value_double(value);
         if (fieldType == FieldBoolean)
-            return value != 0.0;
-        return value;
+            return number != 0.0;
+        return number;
     }
     case SQLITE_BLOB: {
         // The pointer first, then the size: asking for the size may not convert the value.
-        const auto* data = static_cast<const char*>(sqlite3_column_blob(statement, column));
-        return QByteArray(data, sqlite3_column_bytes(statement, column));
+        const auto* data = static_cast<const char*>(sqlite3_value_blob(value));
+        return QByteArray(data, sqlite3_value_bytes(value));
     }
     default: {
-        const auto* data = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
-        const QString text = QString::fromUtf8(data, sqlite3_column_bytes(statement, column));
+        const auto* data = reinterpret_cast<const char*>(sqlite3_value_text(value));
+        const QString text = QString::fromUtf8(data, sqlite3_value_bytes(value));
         if (fieldType == FieldDate) {
             QVariant when = parseIsoDateTime(text);
             if (when.isValid())

@@ -7,6 +7,7 @@
 #include <optional>
 
 struct sqlite3_stmt;
+struct sqlite3_value;
 
 namespace tabulor {
 
@@ -29,6 +30,8 @@ qint16 fieldTypeForStorageClass(int storageClass);
 // Decimal, Numeric) give double even where the engine stored a whole number as an integer;
 // Date fields holding ISO text give QDate, QDateTime or QTime, and keep any other text as is.
 QVariant columnValue(sqlite3_stmt* statement, int column, qint16 fieldType);
+// The same for a value handed to an SQL function.
+QVariant sqliteValue(sqlite3_value* value, qint16 fieldType);
 
 // Reads "YYYY-MM-DD" as a QDate, "YYYY-MM-DD HH:MM[:SS[.fff]]" (T or a blank between the two
 // parts, optionally followed by Z or +HH:MM) as a QDateTime and "HH:MM[:SS[.fff]]" as a QTime.

@@ -1,0 +1,134 @@
+#include "production/StreamedBodyRows.h"
+
+#include "production/Aggregate.h"
+#include "production/GridText.h"
+#include "production/GroupedRows.h"
+#include "production/ReportGridBuilder.h"
+
+namespace tabulor {
+
+namespace {
+
+QList<GridColumn> columnsOf(const OutlineGrid& grid)
+{
+    QList<GridColumn> columns;
+    for (int c = 0; c < grid.columnCount(); ++c)
+        columns.append(grid.column(c));
+    return columns;
+}
+
+bool sameFields(const Recordset& records, const OutlineGrid& grid)
+{
+    if (records.fieldCount() != grid.columnCount())
+        return false;
+    for (int c = 0; c < grid.columnCount(); ++c) {
+        if (records.fieldName(c) != grid.column(c).title)
+            return false;
+    }
+    return true;
+}
+
+// Reads the current record's values.
+void readRecord(const Recordset& records, QList<QVariant>& cells)
+{
+    for (int f = 0; f < cells.size(); ++f)
+        cells[f] = records.value(f);
+}
+
+} // namespace
+
+std::unique_ptr<StreamedBodyRows>
+StreamedBodyRows::open(DataSource& database, const QString& recordSource, const OutlineGrid& report,
+                       const ReportDefinition& definition, const QCollator& collator,
+                       FormatLocale locale)
+{
+    QList<SortField> order;
+    for (const SortKey& key : reportSortKeys(report))
+        order.append(SortField{report.column(key.column).title, key.descending});
+    QString error;
+    std::unique_ptr<Recordset> records = database.openSorted(recordSource, order, collator, &error);
+    if (!records || !sameFields(*records, report))
+        return nullptr;
+    std::unique_ptr<StreamedBodyRows> rows(
+        new StreamedBodyRows(std::move(records), report, definition, std::move(locale)));
+    if (!rows->readGrandTotals(database, recordSource))
+        return nullptr;
+    return rows;
+}
+
+StreamedBodyRows::StreamedBodyRows(std::unique_ptr<Recordset> records, const OutlineGrid& report,
+                                   const ReportDefinition& definition, FormatLocale locale)
+    : m_records(std::move(records)), m_definition(definition), m_locale(std::move(locale))
+{
+    m_chunk.setColumns(columnsOf(report));
+    m_chunk.setReportColumns(report.reportColumns());
+    m_chunk.setGroupPlan(report.groupPlan());
+    m_grandTotals.assign(report.groupPlan().totals.size(), 0.0);
+}
+
+bool StreamedBodyRows::readGrandTotals(DataSource& database, const QString& recordSource)
+{
+    const auto& totals = m_chunk.groupPlan().totals;
+    std::vector<Accumulator> all(totals.size());
+    bool needed = false;
+    for (const TotalColumn& total : totals)
+        needed = needed || total.aggregate == AggregatePercent;
+    if (!needed)
+        return true;
+
+    // Summed here, record by record in the source's order, exactly as the grid sums them.
+    QString error;
+    const std::unique_ptr<Recordset> records =
+        database.openRecordSource(recordSource, std::nullopt, &error);
+    if (!records || !sameFields(*records, m_chunk))
+        return false;
+    QList<QVariant> cells(m_chunk.columnCount());
+    bool ok = records->moveFirst();
+    while (ok && !records->atEnd()) {
+        readRecord(*records, cells);
+        const qint32 record = m_chunk.appendRecord(cells);
+        for (size_t t = 0; t < totals.size(); ++t) {
+            if (totals[t].aggregate == AggregatePercent)
+                all[t].add(m_chunk.cell(record, totals[t].column));
+        }
+        if (m_chunk.recordCount() >= kChunkRecords)
+            m_chunk.keepRecords({});
+        ok = records->moveNext();
+    }
+    m_chunk.keepRecords({});
+    for (size_t t = 0; t < totals.size(); ++t)
+        m_grandTotals[t] = all[t].sum();
+    return true;
+}
+
+void StreamedBodyRows::writeTo(ReportBody& body)
+{
+    GroupedRows grouped(m_chunk, m_grandTotals);
+    QList<QVariant> cells(m_chunk.columnCount());
+    bool ok = !m_records->atEnd();
+    while (ok && !body.stopped()) {
+        readRecord(*m_records, cells);
+        grouped.add(m_chunk.appendRecord(cells));
+        if (m_chunk.recordCount() >= kChunkRecords)
+            handOn(body, grouped);
+        ok = m_records->moveNext() && !m_records->atEnd();
+    }
+    grouped.finish();
+    handOn(body, grouped);
+}
+
+void StreamedBodyRows::handOn(ReportBody& body, GroupedRows& grouped)
+{
+    const GridText text(m_chunk, m_locale);
+    for (GridRow& row : m_chunk.rows()) {
+        if (body.stopped())
+            break;
+        row.style = static_cast<qint16>(StyleForRow(m_definition.styles, row));
+        body.add(BodyRow{row.kind, paintStyle(row), text.rowTexts(row)});
+    }
+    const std::vector<qint32> retained = grouped.retainedRecords();
+    m_chunk.keepRecords(retained);
+    grouped.renumber(retained);
+}
+
+} // namespace tabulor

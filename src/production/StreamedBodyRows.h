@@ -1,0 +1,53 @@
+#pragma once
+
+#include "definition/ReportDefinition.h"
+#include "production/BodyRows.h"
+#include "production/DataSource.h"
+#include "production/FormatLocale.h"
+#include "production/OutlineGrid.h"
+
+#include <QCollator>
+
+#include <memory>
+#include <vector>
+
+namespace tabulor {
+
+// The body rows of a report whose records the database hands over already in report order.
+// Records are read a chunk at a time into a grid of their own, their group rows made as they
+// come, and each chunk dropped once its rows are laid out, so that memory stays the same
+// whatever the number of records. The rows come out as a report built in memory would give
+// them.
+class StreamedBodyRows final : public BodyRows
+{
+public:
+    // How many records a chunk holds.
+    static constexpr qsizetype kChunkRecords = 2048;
+
+    // report is the built report (its columns, their settings and the group plan); its
+    // records are not used. Null when the database cannot sort the record source.
+    static std::unique_ptr<StreamedBodyRows> open(DataSource& database, const QString& recordSource,
+                                                  const OutlineGrid& report,
+                                                  const ReportDefinition& definition,
+                                                  const QCollator& collator, FormatLocale locale);
+
+    bool empty() const override { return m_records->atEnd(); }
+    void writeTo(ReportBody& body) override;
+
+private:
+    StreamedBodyRows(std::unique_ptr<Recordset> records, const OutlineGrid& report,
+                     const ReportDefinition& definition, FormatLocale locale);
+
+    // Reads the whole record source once for the grand totals that Percent needs.
+    bool readGrandTotals(DataSource& database, const QString& recordSource);
+    // Hands the rows made so far on to body and drops the records no open group needs.
+    void handOn(ReportBody& body, class GroupedRows& grouped);
+
+    std::unique_ptr<Recordset> m_records;
+    const ReportDefinition& m_definition;
+    FormatLocale m_locale;
+    OutlineGrid m_chunk;
+    std::vector<double> m_grandTotals; // per entry of the plan's totals
+};
+
+} // namespace tabulor

@@ -109,19 +109,14 @@ std::unique_ptr<Recordset> SqliteDataSource::openSorted(const QString& name,
         const qsizetype f = names.indexOf(field.name);
         if (f < 0)
             return nullptr;
-        columns.push_back(SqliteSortKeys::Column{field.name, types.at(f)});
+        columns.push_back(SqliteSortKeys::Column{field.name, types.at(f), field.descending});
     }
     std::shared_ptr<SqliteSortKeys> keys =
         SqliteSortKeys::define(m_connection, name, columns, collator, error);
     if (!keys)
         return nullptr;
-    QStringList terms;
-    for (int k = 0; k < order.size(); ++k)
-        terms.append(keys->keyOf(k, rowid) +
-                     (order.at(k).descending ? QStringLiteral(" DESC") : QString()));
-    terms.append(rowid);
-    return SqliteRecordset::openSorted(m_connection, name, terms.join(u','), types, std::move(keys),
-                                       error);
+    const QString orderBy = keys->keyOf(rowid);
+    return SqliteRecordset::openSorted(m_connection, name, orderBy, types, std::move(keys), error);
 }
 
 } // namespace tabulor

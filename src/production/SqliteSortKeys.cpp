@@ -9,33 +9,128 @@
 #include <sqlite3.h>
 
 #include <atomic>
+#include <bit>
 
 namespace tabulor {
 
 namespace {
 
-// The kinds that sort after the numbers, in the grid's order.
-enum KeyKind : char
+// What each value of a sort column starts with, in the grid's order of kinds.
+enum KeyKind : unsigned char
 {
+    KeyEmpty = 0,
+    KeyNumber = 1,
     KeyDateTime = 2,
     KeyTime = 3,
     KeyText = 4,
     KeyOther = 5,
 };
 
-// A kind and a signed number as nine bytes that compare as the pair does.
-void resultKey(sqlite3_context* context, KeyKind kind, qint64 number)
-{
-    unsigned char bytes[9];
-    bytes[0] = static_cast<unsigned char>(kind);
-    const quint64 biased = static_cast<quint64>(number) ^ (quint64(1) << 63);
-    for (int i = 0; i < 8; ++i)
-        bytes[1 + i] = static_cast<unsigned char>(biased >> (56 - 8 * i));
-    sqlite3_result_blob(context, bytes, sizeof bytes, SQLITE_TRANSIENT);
-}
-
 constexpr qint64 kEpochJulianDay = 2440588;
 constexpr qint64 kDay = 86400000;
+
+// Writes big-endian numbers and kinds into a key.
+struct KeyWriter
+{
+    unsigned char* at;
+
+    void put(quint64 value, int bytes)
+    {
+        for (int i = bytes - 1; i >= 0; --i)
+            *at++ = static_cast<unsigned char>(value >> (8 * i));
+    }
+    void kind(KeyKind kind) { *at++ = kind; }
+};
+
+// Signed numbers as unsigned ones that compare the same.
+quint64 biased(qint64 value)
+{
+    return static_cast<quint64>(value) ^ (quint64(1) << 63);
+}
+
+quint64 orderedBits(double value)
+{
+    if (value == 0)
+        value = 0; // -0 and 0 are the same number
+    const auto bits = std::bit_cast<quint64>(value);
+    return (bits >> 63) != 0 ? ~bits : bits | (quint64(1) << 63);
+}
+
+// By value; whole numbers too large for a double to tell apart go by their exact value.
+void putNumber(KeyWriter& key, double value, qint64 exact)
+{
+    key.kind(KeyNumber);
+    key.put(orderedBits(value), 8);
+    key.put(biased(exact), 8);
+}
+
+void putSigned(KeyWriter& key, KeyKind kind, qint64 value)
+{
+    key.kind(kind);
+    key.put(biased(value), 8);
+}
+
+// One column's value in the key: texts by their rank, the rest as the grid would read them.
+void putValue(KeyWriter& key, qint16 fieldType, const QHash<QByteArray, quint32>& textRanks,
+              sqlite3_value* value, qint64 rowid)
+{
+    switch (sqlite3_value_type(value)) {
+    case SQLITE_NULL:
+        key.kind(KeyEmpty);
+        return;
+    case SQLITE_INTEGER:
+        if (fieldType != FieldBoolean) {
+            const qint64 number = sqlite3_value_int64(value);
+            putNumber(key, static_cast<double>(number), number);
+            return;
+        }
+        break;
+    case SQLITE_TEXT: {
+        const auto* data = reinterpret_cast<const char*>(sqlite3_value_text(value));
+        const auto found =
+            textRanks.constFind(QByteArray::fromRawData(data, sqlite3_value_bytes(value)));
+        if (found != textRanks.cend()) {
+            key.kind(KeyText);
+            key.put(*found, 4);
+            return;
+        }
+        break;
+    }
+    default:
+        break;
+    }
+    const QVariant cell = sqliteValue(value, fieldType);
+    switch (cell.typeId()) {
+    case QMetaType::UnknownType:
+        key.kind(KeyEmpty);
+        return;
+    case QMetaType::Bool:
+        putNumber(key, cell.toBool() ? 1 : 0, cell.toBool() ? 1 : 0);
+        return;
+    case QMetaType::LongLong:
+        putNumber(key, cell.toDouble(), cell.toLongLong());
+        return;
+    case QMetaType::Double:
+        putNumber(key, cell.toDouble(), 0);
+        return;
+    case QMetaType::QDate:
+        putSigned(key, KeyDateTime, (cell.toDate().toJulianDay() - kEpochJulianDay) * kDay);
+        return;
+    case QMetaType::QDateTime:
+        putSigned(key, KeyDateTime, cell.toDateTime().toMSecsSinceEpoch());
+        return;
+    case QMetaType::QTime:
+        putSigned(key, KeyTime, cell.toTime().msecsSinceStartOfDay());
+        return;
+    default:
+        // Other values keep the order the table holds them in.
+        putSigned(key, KeyOther, rowid);
+        return;
+    }
+}
+
+// The most bytes one column's value takes: a number.
+constexpr int kMaxValueBytes = 17;
 
 } // namespace
 
@@ -47,7 +142,7 @@ SqliteSortKeys::SqliteSortKeys(std::shared_ptr<SqliteConnection> connection,
 
 SqliteSortKeys::~SqliteSortKeys()
 {
-    m_connection->removeFunction(m_functionName, 3);
+    m_connection->removeFunction(m_functionName, static_cast<int>(m_columns.size()) + 1);
 }
 
 std::shared_ptr<SqliteSortKeys> SqliteSortKeys::define(std::shared_ptr<SqliteConnection> connection,
@@ -66,7 +161,7 @@ std::shared_ptr<SqliteSortKeys> SqliteSortKeys::define(std::shared_ptr<SqliteCon
     for (const Column& column : columns) {
         selected.append(SqliteConnection::quotedIdentifier(column.name));
         keys->m_columnNames.push_back(column.name);
-        keys->m_columns.push_back(KeyColumn{column.fieldType, {}});
+        keys->m_columns.push_back(KeyColumn{column.fieldType, column.descending, {}});
     }
     const SqliteStatement scan = connection->prepare(
         QStringLiteral("SELECT ") + selected.join(u',') + QStringLiteral(" FROM ") +
@@ -110,62 +205,40 @@ std::shared_ptr<SqliteSortKeys> SqliteSortKeys::define(std::shared_ptr<SqliteCon
             column.textRanks.insert(stored[i], ranks[i]);
     }
 
-    if (!connection->defineFunction(name, 3, &SqliteSortKeys::key, keys.get())) {
+    if (!connection->defineFunction(name, count + 1, &SqliteSortKeys::key, keys.get())) {
         setError(error, connection->lastError());
         return nullptr;
     }
     return keys;
 }
 
-QString SqliteSortKeys::keyOf(int column, const QString& rowid) const
+QString SqliteSortKeys::keyOf(const QString& rowid) const
 {
-    return QString::fromLatin1(m_functionName) + u'(' + QString::number(column) + u',' +
-           SqliteConnection::quotedIdentifier(m_columnNames.at(static_cast<size_t>(column))) +
-           u',' + rowid + u')';
+    QString sql = QString::fromLatin1(m_functionName) + u'(' + rowid;
+    for (const QString& name : m_columnNames)
+        sql += u',' + SqliteConnection::quotedIdentifier(name);
+    return sql + u')';
 }
 
-void SqliteSortKeys::key(sqlite3_context* context, int, sqlite3_value** values)
+void SqliteSortKeys::key(sqlite3_context* context, int arguments, sqlite3_value** values)
 {
-    const auto* keys = static_cast<const SqliteSortKeys*>(sqlite3_user_data(context));
-    const KeyColumn& column = keys->m_columns[static_cast<size_t>(sqlite3_value_int(values[0]))];
-    sqlite3_value* value = values[1];
-    if (sqlite3_value_type(value) == SQLITE_TEXT) {
-        const auto* data = reinterpret_cast<const char*>(sqlite3_value_text(value));
-        const auto found =
-            column.textRanks.constFind(QByteArray::fromRawData(data, sqlite3_value_bytes(value)));
-        if (found != column.textRanks.cend()) {
-            resultKey(context, KeyText, *found);
-            return;
+    auto* keys = static_cast<SqliteSortKeys*>(sqlite3_user_data(context));
+    const qint64 rowid = sqlite3_value_int64(values[0]);
+    std::vector<unsigned char>& bytes = keys->m_scratch;
+    bytes.resize(static_cast<size_t>(kMaxValueBytes * (arguments - 1) + 8));
+    KeyWriter key{bytes.data()};
+    for (int a = 1; a < arguments; ++a) {
+        const KeyColumn& column = keys->m_columns[static_cast<size_t>(a - 1)];
+        unsigned char* start = key.at;
+        putValue(key, column.fieldType, column.textRanks, values[a], rowid);
+        if (column.descending) {
+            for (unsigned char* b = start; b != key.at; ++b)
+                *b = static_cast<unsigned char>(~*b);
         }
     }
-    const QVariant cell = sqliteValue(value, column.fieldType);
-    switch (cell.typeId()) {
-    case QMetaType::UnknownType:
-        sqlite3_result_null(context);
-        return;
-    case QMetaType::Bool:
-        sqlite3_result_int64(context, cell.toBool() ? 1 : 0);
-        return;
-    case QMetaType::LongLong:
-        sqlite3_result_int64(context, cell.toLongLong());
-        return;
-    case QMetaType::Double:
-        sqlite3_result_double(context, cell.toDouble());
-        return;
-    case QMetaType::QDate:
-        resultKey(context, KeyDateTime, (cell.toDate().toJulianDay() - kEpochJulianDay) * kDay);
-        return;
-    case QMetaType::QDateTime:
-        resultKey(context, KeyDateTime, cell.toDateTime().toMSecsSinceEpoch());
-        return;
-    case QMetaType::QTime:
-        resultKey(context, KeyTime, cell.toTime().msecsSinceStartOfDay());
-        return;
-    default:
-        // Other values keep the order the table holds them in.
-        resultKey(context, KeyOther, sqlite3_value_int64(values[2]));
-        return;
-    }
+    key.put(biased(rowid), 8);
+    sqlite3_result_blob(context, bytes.data(), static_cast<int>(key.at - bytes.data()),
+                        SQLITE_TRANSIENT);
 }
 
 } // namespace tabulor

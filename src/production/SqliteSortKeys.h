@@ -13,11 +13,11 @@
 namespace tabulor {
 
 // Lets the engine sort the rows of a table the way the report grid sorts its records. An SQL
-// function gives each value a key that the engine's own ordering puts where the grid would:
-// empty values first (NULL), then numbers (as numbers), then dates, times, texts and other
-// values (as blobs that compare byte by byte, headed by their kind). Texts are ranked by the
-// collation once, from the distinct texts of the table, so that sorting compares numbers, not
-// strings.
+// function gives each row one key, bytes that compare as the grid compares its records: per
+// sort column the value's kind (empty values first, then numbers, dates, times, texts and
+// other values) and the value, every byte turned round for a column that sorts downwards, and
+// last the row number, so that ties keep the table's order. Texts are ranked by the collation
+// once, from the distinct texts of the table, so that sorting compares bytes, not strings.
 class SqliteSortKeys
 {
 public:
@@ -25,6 +25,7 @@ public:
     {
         QString name;
         qint16 fieldType;
+        bool descending;
     };
 
     // Reads the distinct texts of the columns and defines the key function on the connection;
@@ -38,14 +39,14 @@ public:
     SqliteSortKeys(const SqliteSortKeys&) = delete;
     SqliteSortKeys& operator=(const SqliteSortKeys&) = delete;
 
-    // The SQL that gives column number `column`'s key of a row, with rowid the name of the
-    // table's row number.
-    QString keyOf(int column, const QString& rowid) const;
+    // The SQL that gives a row's key, with rowid the name of the table's row number.
+    QString keyOf(const QString& rowid) const;
 
 private:
     struct KeyColumn
     {
         qint16 fieldType;
+        bool descending;
         QHash<QByteArray, quint32> textRanks; // by the text's bytes as stored
     };
 
@@ -56,6 +57,7 @@ private:
     QByteArray m_functionName;
     std::vector<QString> m_columnNames;
     std::vector<KeyColumn> m_columns;
+    std::vector<unsigned char> m_scratch; // the key being made
 };
 
 } // namespace tabulor

@@ -5,6 +5,8 @@
 #include "production/GroupedRows.h"
 #include "production/ReportGridBuilder.h"
 
+#include <thread>
+
 namespace tabulor {
 
 namespace {
@@ -103,32 +105,54 @@ bool StreamedBodyRows::readGrandTotals(DataSource& database, const QString& reco
 
 void StreamedBodyRows::writeTo(ReportBody& body)
 {
+    // The records are read, grouped and formatted on a thread of their own while this one
+    // lays the rows out; the queue keeps the reading a few chunks ahead at most.
+    BoundedQueue<std::vector<BodyRow>> queue(kChunksAhead);
+    std::thread reader([&] {
+        produceRows(queue);
+        queue.close();
+    });
+    while (std::optional<std::vector<BodyRow>> rows = queue.pop()) {
+        for (BodyRow& row : *rows) {
+            if (body.stopped())
+                break;
+            body.add(std::move(row));
+        }
+        if (body.stopped())
+            queue.cancel();
+    }
+    reader.join();
+}
+
+void StreamedBodyRows::produceRows(BoundedQueue<std::vector<BodyRow>>& queue)
+{
     GroupedRows grouped(m_chunk, m_grandTotals);
     QList<QVariant> cells(m_chunk.columnCount());
     bool ok = !m_records->atEnd();
-    while (ok && !body.stopped()) {
+    while (ok) {
         readRecord(*m_records, cells);
         grouped.add(m_chunk.appendRecord(cells));
-        if (m_chunk.recordCount() >= kChunkRecords)
-            handOn(body, grouped);
+        if (m_chunk.recordCount() >= kChunkRecords && !queue.push(takeRows(grouped)))
+            return;
         ok = m_records->moveNext() && !m_records->atEnd();
     }
     grouped.finish();
-    handOn(body, grouped);
+    queue.push(takeRows(grouped));
 }
 
-void StreamedBodyRows::handOn(ReportBody& body, GroupedRows& grouped)
+std::vector<BodyRow> StreamedBodyRows::takeRows(GroupedRows& grouped)
 {
+    std::vector<BodyRow> rows;
+    rows.reserve(m_chunk.rows().size());
     const GridText text(m_chunk, m_locale);
     for (GridRow& row : m_chunk.rows()) {
-        if (body.stopped())
-            break;
         row.style = static_cast<qint16>(StyleForRow(m_definition.styles, row));
-        body.add(BodyRow{row.kind, paintStyle(row), text.rowTexts(row)});
+        rows.push_back(BodyRow{row.kind, paintStyle(row), text.rowTexts(row)});
     }
     const std::vector<qint32> retained = grouped.retainedRecords();
     m_chunk.keepRecords(retained);
     grouped.renumber(retained);
+    return rows;
 }
 
 } // namespace tabulor

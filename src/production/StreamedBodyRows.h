@@ -2,6 +2,7 @@
 
 #include "definition/ReportDefinition.h"
 #include "production/BodyRows.h"
+#include "production/BoundedQueue.h"
 #include "production/DataSource.h"
 #include "production/FormatLocale.h"
 #include "production/OutlineGrid.h"
@@ -17,12 +18,14 @@ namespace tabulor {
 // Records are read a chunk at a time into a grid of their own, their group rows made as they
 // come, and each chunk dropped once its rows are laid out, so that memory stays the same
 // whatever the number of records. The rows come out as a report built in memory would give
-// them.
+// them. Reading, grouping and formatting run on a thread of their own, beside the layout.
 class StreamedBodyRows final : public BodyRows
 {
 public:
-    // How many records a chunk holds.
+    // How many records a chunk holds, and how many chunks of rows the reading may run ahead
+    // of the layout.
     static constexpr qsizetype kChunkRecords = 2048;
+    static constexpr size_t kChunksAhead = 4;
 
     // report is the built report (its columns, their settings and the group plan); its
     // records are not used. Null when the database cannot sort the record source.
@@ -40,8 +43,10 @@ private:
 
     // Reads the whole record source once for the grand totals that Percent needs.
     bool readGrandTotals(DataSource& database, const QString& recordSource);
-    // Hands the rows made so far on to body and drops the records no open group needs.
-    void handOn(ReportBody& body, class GroupedRows& grouped);
+    // Reads every record, and queues the rows chunk by chunk until the queue is cancelled.
+    void produceRows(BoundedQueue<std::vector<BodyRow>>& queue);
+    // The rows made so far; drops the records no open group needs.
+    std::vector<BodyRow> takeRows(class GroupedRows& grouped);
 
     std::unique_ptr<Recordset> m_records;
     const ReportDefinition& m_definition;

@@ -1,5 +1,7 @@
 #include "production/TextMeasure.h"
 
+#include <algorithm>
+
 namespace tabulor {
 
 namespace {
@@ -71,7 +73,8 @@ QString TextMeasure::cutWithEllipsis(const QString& text, double width) const
 QStringList TextMeasure::lines(const QString& text, double width, bool wrap, int maxLines) const
 {
     // Most cells are one line that fits. (Wrapping drops the blanks a text starts with.)
-    if ((!wrap || !text.startsWith(u' ')) && !text.contains(u'\n') && this->width(text) <= width)
+    if ((!wrap || text.isEmpty() || text.front() != u' ') &&
+        std::find(text.cbegin(), text.cend(), u'\n') == text.cend() && this->width(text) <= width)
         return {text};
     maxLines = std::max(maxLines, 1);
     QStringList paragraphs = text.split(u'\n');

@@ -12,7 +12,7 @@ packages=(
     mdbtools-dev
     fonts-wine fonts-dejavu-core fontconfig
     poppler-utils
-    libharfbuzz-dev libfontconfig-dev zlib1g-dev qpdf fonts-noto-cjk fonts-urw-base35
+    libharfbuzz-dev libfontconfig-dev libdeflate-dev qpdf fonts-noto-cjk fonts-urw-base35
     postgresql libpq-dev unixodbc-dev odbcinst libsqliteodbc odbc-postgresql
     cups cups-client printer-driver-cups-pdf libcups2-dev desktop-file-utils shared-mime-info
 )

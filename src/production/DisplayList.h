@@ -24,7 +24,14 @@ struct FontSpec
     bool underline = false;
     bool strikeOut = false;
 
-    bool operator==(const FontSpec&) const = default;
+    // The family last, and its text only when it is not the same shared string: fonts are
+    // compared for every run of text written.
+    bool operator==(const FontSpec& other) const
+    {
+        return pointSize == other.pointSize && bold == other.bold && italic == other.italic &&
+               underline == other.underline && strikeOut == other.strikeOut &&
+               (family.constData() == other.family.constData() || family == other.family);
+    }
 };
 
 // One line of text in one font, starting at origin on its baseline.

@@ -48,6 +48,8 @@ void PageDocument::beginPage()
     ++m_pageCount;
     m_current = PageDisplayList();
     m_current.size = m_setup.pageSize();
+    // Pages of a report hold about as much as the one before.
+    m_current.items.reserve(m_lastPageItems);
     m_currentY = m_setup.marginTop;
     if (onNewPage)
         onNewPage(*this);
@@ -55,6 +57,7 @@ void PageDocument::beginPage()
 
 void PageDocument::finishPage()
 {
+    m_lastPageItems = m_current.items.size();
     if (m_sink)
         m_sink->addPage(std::move(m_current));
     else

@@ -112,6 +112,7 @@ private:
     PageSink* m_sink = nullptr;
     std::vector<PageDisplayList> m_pages;
     PageDisplayList m_current;
+    size_t m_lastPageItems = 0;
     int m_pageCount = 0;
     double m_currentY = 0;
     bool m_open = false;

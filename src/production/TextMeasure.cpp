@@ -33,13 +33,28 @@ TextMeasure::TextMeasure(const QFont& font)
 {
 }
 
+std::optional<double> TextMeasure::lineWidth(const QString& text) const
+{
+    return measure(text, true);
+}
+
 double TextMeasure::width(const QString& text) const
+{
+    return *measure(text, false);
+}
+
+std::optional<double> TextMeasure::measure(const QString& text, bool oneLine) const
 {
     double sum = 0;
     for (QChar c : text) {
         const char16_t u = c.unicode();
-        if (!standsAlone(u))
+        if (oneLine && u == u'\n')
+            return std::nullopt;
+        if (!standsAlone(u)) {
+            if (oneLine && text.contains(u'\n'))
+                return std::nullopt;
             return m_metrics.horizontalAdvance(text);
+        }
         float& advance = m_advances[u];
         if (advance < 0)
             advance = static_cast<float>(m_metrics.horizontalAdvance(c));
@@ -73,9 +88,11 @@ QString TextMeasure::cutWithEllipsis(const QString& text, double width) const
 QStringList TextMeasure::lines(const QString& text, double width, bool wrap, int maxLines) const
 {
     // Most cells are one line that fits. (Wrapping drops the blanks a text starts with.)
-    if ((!wrap || text.isEmpty() || text.front() != u' ') &&
-        std::find(text.cbegin(), text.cend(), u'\n') == text.cend() && this->width(text) <= width)
-        return {text};
+    if (!wrap || text.isEmpty() || text.front() != u' ') {
+        const std::optional<double> oneLine = lineWidth(text);
+        if (oneLine && *oneLine <= width)
+            return {text};
+    }
     maxLines = std::max(maxLines, 1);
     QStringList paragraphs = text.split(u'\n');
     if (!wrap) {

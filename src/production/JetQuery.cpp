@@ -600,7 +600,6 @@ std::optional<QString> crosstabStatement(JetSqlTranslator& translator, const Wor
     // 0 the value.
     enum Role
     {
-        Value = 0,
         Heading = 1,
         RowHeading = 2
     };
@@ -610,11 +609,14 @@ std::optional<QString> crosstabStatement(JetSqlTranslator& translator, const Wor
     QList<DefinitionRow> rowHeadings;
     QList<DefinitionRow> headings;
     QList<DefinitionRow> values;
-    for (const DefinitionRow& row : rowsOf(definition, ColumnRow))
-        (row.flag == RowHeading ? rowHeadings
-         : row.flag == Heading  ? headings
-                                : values)
-            .append(row);
+    for (const DefinitionRow& row : rowsOf(definition, ColumnRow)) {
+        if (row.flag == RowHeading)
+            rowHeadings.append(row);
+        else if (row.flag == Heading)
+            headings.append(row);
+        else
+            values.append(row);
+    }
     if (headings.size() != 1 || values.size() != 1) {
         *error = QStringLiteral("it needs one column heading and one value");
         return std::nullopt;
@@ -624,23 +626,29 @@ std::optional<QString> crosstabStatement(JetSqlTranslator& translator, const Wor
         if (row.flag != Heading)
             groups.append(row);
     }
-    const std::optional<QString> where =
-        clause(translator, rowsOf(definition, WhereRow), "WHERE", QStringLiteral(" AND "), error);
-    const std::optional<QString> groupBy =
-        where ? clause(translator, groups, "GROUP BY", QStringLiteral(", "), error) : std::nullopt;
-    const std::optional<QString> having = groupBy
-                                              ? clause(translator, rowsOf(definition, HavingRow),
-                                                       "HAVING", QStringLiteral(" AND "), error)
-                                              : std::nullopt;
     // Without an order of its own, a crosstab's rows come in the order of their headings.
     const QList<DefinitionRow> orderRows = rowsOf(definition, OrderByRow);
-    const std::optional<QString> orderBy =
-        having ? clause(translator, orderRows.isEmpty() ? groups : orderRows, "ORDER BY",
-                        QStringLiteral(", "), error)
-               : std::nullopt;
+    const struct
+    {
+        QList<DefinitionRow> rows;
+        const char* keyword;
+        QString separator;
+    } clauses[] = {{rowsOf(definition, WhereRow), "WHERE", QStringLiteral(" AND ")},
+                   {groups, "GROUP BY", QStringLiteral(", ")},
+                   {rowsOf(definition, HavingRow), "HAVING", QStringLiteral(" AND ")},
+                   {orderRows.isEmpty() ? groups : orderRows, "ORDER BY", QStringLiteral(", ")}};
+    QStringList tail;
+    for (const auto& c : clauses) {
+        const std::optional<QString> part =
+            clause(translator, c.rows, c.keyword, c.separator, error);
+        if (!part)
+            return std::nullopt;
+        tail.append(*part);
+    }
+    const QString& where = tail.first();
     const ColumnHeading heading = columnHeadingOf(headings[0].expression);
     const std::optional<JetSqlExpression> headingSql =
-        orderBy ? translator.expression(heading.expression, error) : std::nullopt;
+        translator.expression(heading.expression, error);
     if (!headingSql)
         return std::nullopt;
 
@@ -656,7 +664,7 @@ std::optional<QString> crosstabStatement(JetSqlTranslator& translator, const Wor
         valuesSql = QStringLiteral("VALUES ") + listed.join(u',');
     } else {
         valuesSql = QStringLiteral("SELECT DISTINCT %1 FROM %2%3 ORDER BY 1")
-                        .arg(headingSql->sql, *from, *where);
+                        .arg(headingSql->sql, *from, where);
     }
     const std::optional<QList<QVariant>> headingValues = firstValues(workspace, valuesSql, error);
     if (!headingValues)
@@ -705,7 +713,7 @@ std::optional<QString> crosstabStatement(JetSqlTranslator& translator, const Wor
         columnTypes->insert(name, cell->type);
     }
     return QStringLiteral("SELECT ") + columns.join(QStringLiteral(", ")) +
-           QStringLiteral(" FROM ") + *from + *where + *groupBy + *having + *orderBy;
+           QStringLiteral(" FROM ") + *from + tail.join(QString());
 }
 
 // A union query: its parts are kept as SQL text, joined by UNION or UNION ALL.

@@ -1,6 +1,7 @@
 #include "production/JetHandle.h"
 
 #include "production/CodePages.h"
+#include "production/JetRecordset.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -59,6 +60,26 @@ std::optional<int> pageSizeFromHeader(const QByteArray& header)
     return version == MDB_VER_JET3 ? Jet3PageSize : Jet4PageSize;
 }
 
+MdbCatalogEntry* newCatalogEntry(MdbHandle* mdb, const QByteArray& name, int type, quint32 page,
+                                 int flags)
+{
+    auto* entry = static_cast<MdbCatalogEntry*>(g_malloc0(sizeof(MdbCatalogEntry)));
+    entry->mdb = mdb;
+    qstrncpy(entry->object_name, name.constData(), sizeof entry->object_name);
+    entry->object_type = type;
+    entry->table_pg = page;
+    entry->flags = flags;
+    return entry;
+}
+
+// Hands a list of entries to libmdb as the handle's catalog, which the handle then owns.
+void replaceCatalog(MdbHandle* mdb, GPtrArray* entries)
+{
+    mdb_free_catalog(mdb);
+    mdb->catalog = entries;
+    mdb->num_catalog = entries->len;
+}
+
 } // namespace
 
 std::unique_ptr<JetHandle> JetHandle::open(const QString& path, QString* error)
@@ -88,23 +109,8 @@ std::unique_ptr<JetHandle> JetHandle::open(const QString& path, QString* error)
         return fail(QStringLiteral("The database '%1' cannot be opened.").arg(path));
     std::unique_ptr<JetHandle> handle(new JetHandle(mdb, path, quint32(size / *pageSize)));
 
-    // Reading the catalog reads the object table; its pages are checked first, the same way
-    // as any other table's.
-    MdbCatalogEntry objects{};
-    objects.mdb = mdb;
-    std::strcpy(objects.object_name, "MSysObjects");
-    objects.object_type = MDB_TABLE;
-    objects.table_pg = ObjectTablePage;
-    MdbTableDef* table = mdb_read_table(&objects);
-    const bool objectsReadable = table && handle->usageMapInFile(table);
-    if (table)
-        mdb_free_tabledef(table);
-    if (!objectsReadable)
-        return fail(handle->damaged(QStringLiteral("its object table cannot be read")));
-    if (!mdb_read_catalog(mdb, MDB_ANY))
-        return fail(QStringLiteral("The database '%1' cannot be read: it is encrypted or "
-                                   "damaged.")
-                        .arg(path));
+    if (!handle->readCatalog(error))
+        return nullptr;
 
     // Every table is checked now, so that a damaged or cut-off file fails when it is opened
     // and not halfway through a report.
@@ -116,6 +122,52 @@ std::unique_ptr<JetHandle> JetHandle::open(const QString& path, QString* error)
             return fail(problem);
     }
     return handle;
+}
+
+bool JetHandle::readCatalog(QString* error)
+{
+    // Until the catalog is read it holds the object table alone, whose definition is always
+    // on the same page.
+    GPtrArray* objectTable = g_ptr_array_new();
+    g_ptr_array_add(objectTable,
+                    newCatalogEntry(m_mdb, "MSysObjects", MDB_TABLE, ObjectTablePage, 0));
+    replaceCatalog(m_mdb, objectTable);
+    const std::unique_ptr<JetRecordset> rows = JetRecordset::open(*this, 0, std::nullopt, nullptr);
+    if (!rows) {
+        if (error)
+            *error = QStringLiteral("The database '%1' cannot be read: it is encrypted or "
+                                    "damaged.")
+                         .arg(m_path);
+        return false;
+    }
+    const auto column = [&](const char* wanted) {
+        for (int i = 0; i < rows->fieldCount(); ++i) {
+            if (rows->fieldName(i) == QLatin1String(wanted))
+                return i;
+        }
+        return -1;
+    };
+    const int id = column("Id");
+    const int name = column("Name");
+    const int type = column("Type");
+    const int flags = column("Flags");
+    if (id < 0 || name < 0 || type < 0 || flags < 0) {
+        if (error)
+            *error = damaged(QStringLiteral("its object table lacks columns"));
+        return false;
+    }
+    // An object's id holds the page of its definition in its low three bytes; the type's top
+    // bit only tells a linked or system object apart.
+    GPtrArray* entries = g_ptr_array_new();
+    for (; !rows->atEnd(); rows->moveNext()) {
+        g_ptr_array_add(entries,
+                        newCatalogEntry(m_mdb, rows->value(name).toString().toUtf8(),
+                                        rows->value(type).toInt() & 0x7f,
+                                        quint32(rows->value(id).toLongLong()) & 0x00ffffffu,
+                                        int(rows->value(flags).toLongLong())));
+    }
+    replaceCatalog(m_mdb, entries);
+    return true;
 }
 
 JetHandle::JetHandle(MdbHandle* mdb, const QString& path, quint32 pageCount)
@@ -166,6 +218,13 @@ int JetHandle::findTable(const QString& name) const
 
 JetTable JetHandle::openTable(int catalogIndex, QString* error) const
 {
+    // A name that the object table gives but the catalog cannot hold (a damaged one) is not
+    // found there.
+    if (catalogIndex < 0 || catalogIndex >= catalogSize()) {
+        if (error)
+            *error = damaged(QStringLiteral("a table it lists cannot be found"));
+        return nullptr;
+    }
     auto* entry =
         static_cast<MdbCatalogEntry*>(g_ptr_array_index(m_mdb->catalog, guint(catalogIndex)));
     const QString name = catalogText(entry->object_name);

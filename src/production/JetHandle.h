@@ -40,15 +40,16 @@ public:
     bool isJet3() const;
     MdbHandle* raw() const { return m_mdb; }
 
-    // The catalog as libmdb read it, in the order of the object table. Entries live as long as
-    // the handle: nothing here reads the catalog a second time, which would free them.
+    // The catalog: an entry for each row of the object table, in its order. Entries live as
+    // long as the handle: nothing here reads the catalog a second time, which would free them.
     int catalogSize() const;
     const MdbCatalogEntry& catalogEntry(int index) const;
     // The position of the table (object type MDB_TABLE) with exactly this name, or -1.
     int findTable(const QString& name) const;
 
     // Reads the definition and columns of the table at a catalog position, once every page its
-    // usage map names has been found inside the file. Null with *error set otherwise.
+    // usage map names has been found inside the file. Null with *error set otherwise, and for
+    // a position outside the catalog.
     JetTable openTable(int catalogIndex, QString* error) const;
 
     // The bytes of a long value (memo or OLE object) whose 12-byte field lies at `start` of the
@@ -64,6 +65,12 @@ public:
 
 private:
     JetHandle(MdbHandle* mdb, const QString& path, quint32 pageCount);
+
+    // Builds libmdb's catalog from the object table, read like any other table. libmdb's own
+    // reader also decodes each object's property block, trusting every length and page link
+    // in it, so that a damaged block makes it loop for ever; nothing here needs the
+    // properties.
+    bool readCatalog(QString* error);
 
     bool pageInFile(quint64 page) const { return page < m_pageCount; }
     bool usageMapInFile(MdbTableDef* table) const;

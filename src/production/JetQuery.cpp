@@ -392,6 +392,41 @@ QString defaultColumnName(const QString& expression, int* unnamed)
     return QStringLiteral("Expr%1").arg(1000 + (*unnamed)++);
 }
 
+// The names of a query's columns: their aliases, else names made from their expressions.
+// Fields shown under the same name are told apart by their tables, as Jet does.
+QStringList columnNames(const QList<DefinitionRow>& columnRows)
+{
+    QStringList names;
+    int unnamed = 0;
+    for (const DefinitionRow& row : columnRows)
+        names.append(row.name1.isEmpty() ? defaultColumnName(row.expression, &unnamed) : row.name1);
+    for (qsizetype i = 0; i < names.size(); ++i) {
+        if (names.count(names[i]) > 1 && columnRows[i].name1.isEmpty())
+            names[i] = QString(columnRows[i].expression).remove(u'[').remove(u']');
+    }
+    return names;
+}
+
+// A clause made of the expressions of some definition rows: WHERE and HAVING conditions,
+// GROUP BY and ORDER BY keys (with DESC where a key says D). Empty without rows; nullopt with
+// *error set when an expression cannot be translated.
+std::optional<QString> clause(JetSqlTranslator& translator, const QList<DefinitionRow>& rows,
+                              const char* keyword, const QString& separator, QString* error)
+{
+    QStringList parts;
+    for (const DefinitionRow& row : rows) {
+        const std::optional<JetSqlExpression> part = translator.expression(row.expression, error);
+        if (!part)
+            return std::nullopt;
+        const bool descending = row.attribute == OrderByRow &&
+                                row.name1.compare(QLatin1String("D"), Qt::CaseInsensitive) == 0;
+        parts.append(part->sql + (descending ? QStringLiteral(" DESC") : QString()));
+    }
+    if (parts.isEmpty())
+        return QString();
+    return u' ' + QLatin1String(keyword) + u' ' + parts.join(separator);
+}
+
 // A select query rebuilt from its definition rows.
 std::optional<QString> selectStatement(JetSqlTranslator& translator,
                                        const QList<DefinitionRow>& definition,
@@ -407,16 +442,8 @@ std::optional<QString> selectStatement(JetSqlTranslator& translator,
     const std::optional<QString> from = fromClause(translator, definition, error);
     if (!from)
         return std::nullopt;
-    // Fields shown under the same name are told apart by their tables, as Jet does.
     const QList<DefinitionRow> columnRows = rowsOf(definition, ColumnRow);
-    QStringList names;
-    int unnamed = 0;
-    for (const DefinitionRow& row : columnRows)
-        names.append(row.name1.isEmpty() ? defaultColumnName(row.expression, &unnamed) : row.name1);
-    for (qsizetype i = 0; i < names.size(); ++i) {
-        if (names.count(names[i]) > 1 && columnRows[i].name1.isEmpty())
-            names[i] = QString(columnRows[i].expression).remove(u'[').remove(u']');
-    }
+    const QStringList names = columnNames(columnRows);
     QStringList columns;
     for (qsizetype i = 0; i < columnRows.size(); ++i) {
         const DefinitionRow& row = columnRows[i];
@@ -444,30 +471,249 @@ std::optional<QString> selectStatement(JetSqlTranslator& translator,
                   columns.join(QStringLiteral(", "));
     if (!from->isEmpty())
         sql += QStringLiteral(" FROM ") + *from;
-    const auto clause = [&](int attribute, const char* keyword, const QString& separator,
-                            bool ordering) -> bool {
-        QStringList parts;
-        for (const DefinitionRow& row : rowsOf(definition, attribute)) {
-            const std::optional<JetSqlExpression> part =
-                translator.expression(row.expression, error);
-            if (!part)
-                return false;
-            const bool descending =
-                ordering && row.name1.compare(QLatin1String("D"), Qt::CaseInsensitive) == 0;
-            parts.append(part->sql + (descending ? QStringLiteral(" DESC") : QString()));
-        }
-        if (!parts.isEmpty())
-            sql += u' ' + QLatin1String(keyword) + u' ' + parts.join(separator);
-        return true;
-    };
-    if (!clause(WhereRow, "WHERE", QStringLiteral(" AND "), false) ||
-        !clause(GroupByRow, "GROUP BY", QStringLiteral(", "), false) ||
-        !clause(HavingRow, "HAVING", QStringLiteral(" AND "), false) ||
-        !clause(OrderByRow, "ORDER BY", QStringLiteral(", "), true))
-        return std::nullopt;
+    for (const auto& [attribute, keyword, separator] :
+         {std::tuple(WhereRow, "WHERE", QStringLiteral(" AND ")),
+          std::tuple(GroupByRow, "GROUP BY", QStringLiteral(", ")),
+          std::tuple(HavingRow, "HAVING", QStringLiteral(" AND ")),
+          std::tuple(OrderByRow, "ORDER BY", QStringLiteral(", "))}) {
+        const std::optional<QString> part =
+            clause(translator, rowsOf(definition, attribute), keyword, separator, error);
+        if (!part)
+            return std::nullopt;
+        sql += *part;
+    }
     if (flags & Top)
         sql += QStringLiteral(" LIMIT ") + QString::number(flagRows[0].name1.toLongLong());
     return sql;
+}
+
+// How deep each character of a Jet expression lies inside parentheses; -1 inside a string, a
+// [name] or a #date#, where nothing counts.
+QList<int> nestingOf(const QString& jet)
+{
+    QList<int> depths(jet.size(), -1);
+    int depth = 0;
+    QChar closer;
+    for (qsizetype i = 0; i < jet.size(); ++i) {
+        const QChar c = jet[i];
+        if (!closer.isNull()) {
+            if (c == closer)
+                closer = QChar();
+        } else if (c == u'"' || c == u'\'' || c == u'#') {
+            closer = c;
+        } else if (c == u'[') {
+            closer = u']';
+        } else if (c == u'(') {
+            depths[i] = depth++;
+        } else if (c == u')') {
+            depths[i] = --depth;
+        } else {
+            depths[i] = depth;
+        }
+    }
+    return depths;
+}
+
+// A crosstab's column heading: its expression, and the values of its IN list when it has one,
+// as Jet expressions.
+struct ColumnHeading
+{
+    QString expression;
+    std::optional<QStringList> listed;
+};
+
+ColumnHeading columnHeadingOf(const QString& jet)
+{
+    const QString text = jet.trimmed();
+    const QList<int> depths = nestingOf(text);
+    static const QRegularExpression in(QStringLiteral("\\bIn\\s*\\("),
+                                       QRegularExpression::CaseInsensitiveOption);
+    for (auto matches = in.globalMatch(text); matches.hasNext();) {
+        const QRegularExpressionMatch match = matches.next();
+        const qsizetype open = match.capturedEnd() - 1;
+        const qsizetype close = text.size() - 1;
+        // The list must be the last thing in the expression.
+        if (depths[match.capturedStart()] != 0 || text[close] != u')' || depths[close] != 0 ||
+            std::any_of(depths.begin() + open + 1, depths.begin() + close,
+                        [](int depth) { return depth == 0; }))
+            continue;
+        QStringList values;
+        qsizetype start = open + 1;
+        for (qsizetype i = start; i <= close; ++i) {
+            if (i == close || (depths[i] == 1 && text[i] == u',')) {
+                values.append(text.mid(start, i - start).trimmed());
+                start = i + 1;
+            }
+        }
+        return {text.left(match.capturedStart()).trimmed(), values};
+    }
+    return {text, std::nullopt};
+}
+
+// The rows a statement gives in the engine, each as its first value.
+std::optional<QList<QVariant>> firstValues(const Workspace& workspace, const QString& sql,
+                                           QString* error)
+{
+    const SqliteStatement statement = workspace.prepare(sql, error);
+    if (!statement)
+        return std::nullopt;
+    QList<QVariant> values;
+    int result = SQLITE_ROW;
+    while ((result = sqlite3_step(statement.get())) == SQLITE_ROW) {
+        sqlite3_stmt* row = statement.get();
+        switch (sqlite3_column_type(row, 0)) {
+        case SQLITE_NULL:
+            values.append(QVariant());
+            break;
+        case SQLITE_INTEGER:
+            values.append(qint64(sqlite3_column_int64(row, 0)));
+            break;
+        case SQLITE_FLOAT:
+            values.append(sqlite3_column_double(row, 0));
+            break;
+        default:
+            values.append(
+                QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(row, 0)),
+                                  sqlite3_column_bytes(row, 0)));
+            break;
+        }
+    }
+    if (result != SQLITE_DONE) {
+        *error = QString::fromUtf8(sqlite3_errmsg(workspace.engine()));
+        return std::nullopt;
+    }
+    return values;
+}
+
+// Jet's limit on the columns of a query.
+constexpr int MaxColumns = 255;
+
+// A crosstab query: the row headings grouped, then a column for each value of the column
+// heading (those of its IN list in their order, else every value the rows give, in order),
+// each holding the value aggregated over the rows of its row and heading. A column is named
+// by its heading's value as text; rows without a heading fall in the column "<>".
+std::optional<QString> crosstabStatement(JetSqlTranslator& translator, const Workspace& workspace,
+                                         const QList<DefinitionRow>& definition,
+                                         QHash<QString, qint16>* columnTypes, QString* error)
+{
+    // Column rows and their grouping rows are marked: 2 a row heading, 1 the column heading,
+    // 0 the value.
+    enum Role
+    {
+        Heading = 1,
+        RowHeading = 2
+    };
+    const std::optional<QString> from = fromClause(translator, definition, error);
+    if (!from)
+        return std::nullopt;
+    QList<DefinitionRow> rowHeadings;
+    QList<DefinitionRow> headings;
+    QList<DefinitionRow> values;
+    for (const DefinitionRow& row : rowsOf(definition, ColumnRow)) {
+        if (row.flag == RowHeading)
+            rowHeadings.append(row);
+        else if (row.flag == Heading)
+            headings.append(row);
+        else
+            values.append(row);
+    }
+    if (headings.size() != 1 || values.size() != 1) {
+        *error = QStringLiteral("it needs one column heading and one value");
+        return std::nullopt;
+    }
+    QList<DefinitionRow> groups;
+    for (const DefinitionRow& row : rowsOf(definition, GroupByRow)) {
+        if (row.flag != Heading)
+            groups.append(row);
+    }
+    // Without an order of its own, a crosstab's rows come in the order of their headings.
+    const QList<DefinitionRow> orderRows = rowsOf(definition, OrderByRow);
+    const struct
+    {
+        QList<DefinitionRow> rows;
+        const char* keyword;
+        QString separator;
+    } clauses[] = {{rowsOf(definition, WhereRow), "WHERE", QStringLiteral(" AND ")},
+                   {groups, "GROUP BY", QStringLiteral(", ")},
+                   {rowsOf(definition, HavingRow), "HAVING", QStringLiteral(" AND ")},
+                   {orderRows.isEmpty() ? groups : orderRows, "ORDER BY", QStringLiteral(", ")}};
+    QStringList tail;
+    for (const auto& c : clauses) {
+        const std::optional<QString> part =
+            clause(translator, c.rows, c.keyword, c.separator, error);
+        if (!part)
+            return std::nullopt;
+        tail.append(*part);
+    }
+    const QString& where = tail.first();
+    const ColumnHeading heading = columnHeadingOf(headings[0].expression);
+    const std::optional<JetSqlExpression> headingSql =
+        translator.expression(heading.expression, error);
+    if (!headingSql)
+        return std::nullopt;
+
+    QString valuesSql;
+    if (heading.listed) {
+        QStringList listed;
+        for (const QString& value : *heading.listed) {
+            const std::optional<JetSqlExpression> sql = translator.expression(value, error);
+            if (!sql)
+                return std::nullopt;
+            listed.append(u'(' + sql->sql + u')');
+        }
+        valuesSql = QStringLiteral("VALUES ") + listed.join(u',');
+    } else {
+        valuesSql = QStringLiteral("SELECT DISTINCT %1 FROM %2%3 ORDER BY 1")
+                        .arg(headingSql->sql, *from, where);
+    }
+    const std::optional<QList<QVariant>> headingValues = firstValues(workspace, valuesSql, error);
+    if (!headingValues)
+        return std::nullopt;
+    if (rowHeadings.size() + headingValues->size() > MaxColumns) {
+        *error = QStringLiteral("it would have more than %1 columns").arg(MaxColumns);
+        return std::nullopt;
+    }
+
+    QStringList columns;
+    const QStringList names = columnNames(rowHeadings);
+    for (qsizetype i = 0; i < rowHeadings.size(); ++i) {
+        const std::optional<JetSqlExpression> column =
+            translator.expression(rowHeadings[i].expression, error);
+        if (!column)
+            return std::nullopt;
+        columns.append(column->sql + QStringLiteral(" AS ") + JetSqlTranslator::quoted(names[i]));
+        columnTypes->insert(names[i], column->type);
+    }
+    for (const QVariant& value : *headingValues) {
+        QString name;
+        QString condition;
+        if (value.isNull()) {
+            name = QStringLiteral("<>");
+            condition = QStringLiteral("(%1) IS NULL").arg(headingSql->sql);
+        } else if (value.metaType() == QMetaType::fromType<QString>()) {
+            name = value.toString();
+            condition = QStringLiteral("(%1) = '%2'")
+                            .arg(headingSql->sql, QString(name).replace(u'\'', "''"));
+        } else if (value.metaType() == QMetaType::fromType<double>()) {
+            // Named as Jet shows a double, compared with every digit it has.
+            name = QString::number(value.toDouble(), 'g', 15);
+            condition = QStringLiteral("(%1) = %2")
+                            .arg(headingSql->sql, QString::number(value.toDouble(), 'g', 17));
+        } else {
+            name = value.toString();
+            condition = QStringLiteral("(%1) = %2").arg(headingSql->sql, name);
+        }
+        translator.setAggregateCondition(condition);
+        const std::optional<JetSqlExpression> cell =
+            translator.expression(values[0].expression, error);
+        translator.setAggregateCondition(QString());
+        if (!cell)
+            return std::nullopt;
+        columns.append(cell->sql + QStringLiteral(" AS ") + JetSqlTranslator::quoted(name));
+        columnTypes->insert(name, cell->type);
+    }
+    return QStringLiteral("SELECT ") + columns.join(QStringLiteral(", ")) +
+           QStringLiteral(" FROM ") + *from + tail.join(QString());
 }
 
 // A union query: its parts are kept as SQL text, joined by UNION or UNION ALL.
@@ -586,10 +832,6 @@ std::unique_ptr<Recordset> run(DataSource& database, const JetHandle& file,
                                   "which changes data or runs elsewhere");
         return nullptr;
     }
-    if (kind == QueryKind::Crosstab) {
-        *problem = QStringLiteral("crosstab queries are not supported");
-        return nullptr;
-    }
     const QList<DefinitionRow> parameters = rowsOf(*definition, ParameterRow);
     if (!parameters.isEmpty()) {
         QStringList names;
@@ -610,9 +852,13 @@ std::unique_ptr<Recordset> run(DataSource& database, const JetHandle& file,
     JetSqlTranslator translator(
         [&workspace](const QString& name, QString* error) { return workspace.load(name, error); });
     QHash<QString, qint16> columnTypes;
-    const std::optional<QString> sql =
-        kind == QueryKind::Union ? unionStatement(translator, *definition, problem)
-                                 : selectStatement(translator, *definition, &columnTypes, problem);
+    std::optional<QString> sql;
+    if (kind == QueryKind::Union)
+        sql = unionStatement(translator, *definition, problem);
+    else if (kind == QueryKind::Crosstab)
+        sql = crosstabStatement(translator, workspace, *definition, &columnTypes, problem);
+    else
+        sql = selectStatement(translator, *definition, &columnTypes, problem);
     if (!sql)
         return nullptr;
     SqliteStatement statement = workspace.prepare(*sql, problem);

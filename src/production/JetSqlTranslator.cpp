@@ -187,7 +187,9 @@ struct FunctionRule
     qint16 type; // -1: the first argument's type, -2: the second's
 };
 
-// The functions a query may use. Aggregates keep their argument's type, as Jet does.
+// The functions a query may use, the aggregates first. Aggregates keep their argument's type,
+// as Jet does.
+constexpr int AggregateCount = 7;
 constexpr FunctionRule Functions[] = {
     {"Sum", "sum(%1)", 1, 1, -1},
     {"Avg", "avg(%1)", 1, 1, FieldDouble},
@@ -578,6 +580,12 @@ private:
                             .arg(function)
                             .arg(rule->minArgs)
                             .arg(rule->maxArgs));
+        if (rule < Functions + AggregateCount && !m_owner.m_aggregateCondition.isEmpty()) {
+            JetSqlExpression& counted = args.first();
+            counted.sql = QStringLiteral("CASE WHEN %1 THEN %2 END")
+                              .arg(m_owner.m_aggregateCondition,
+                                   counted.sql == u"*" ? QStringLiteral("1") : counted.sql);
+        }
         QString sql = QString::fromLatin1(rule->sql);
         // Missing optional arguments: Nz gives empty text, Format the value's own text,
         // Mid the rest of the text, Round whole numbers.

@@ -53,6 +53,11 @@ public:
     // A whole SELECT statement (UNION parts, the text of subqueries).
     std::optional<QString> statement(const QString& jet, QString* error);
 
+    // While set, every aggregate in the expressions that follow takes in only the rows for
+    // which this condition (in the engine's SQL) holds, as a crosstab's cells do; empty for
+    // all rows.
+    void setAggregateCondition(const QString& condition) { m_aggregateCondition = condition; }
+
     // A name as an identifier of the engine: in double quotes, quotes inside doubled.
     static QString quoted(const QString& name);
 
@@ -65,6 +70,7 @@ private:
 
     SourceLoader m_loader;
     QList<Scope> m_scopes;
+    QString m_aggregateCondition;
 
     friend class JetSqlParser;
 };

@@ -5,11 +5,20 @@
 
 #include <sqlite3.h>
 
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
 namespace tabulor {
 
 namespace {
 
 constexpr int BusyTimeoutMs = 5000;
+// How long a count may take. The engine counts by reading every page of a table (or of its
+// smallest index): a million rows take some tens of milliseconds, ten million a second, and
+// the working view must open in well under a tenth of a second.
+constexpr std::chrono::milliseconds CheapCountTime(50);
 
 } // namespace
 
@@ -84,9 +93,32 @@ bool SqliteConnection::hasRecordSource(const QString& name) const
 
 std::optional<qint64> SqliteConnection::countRows(const QString& name) const
 {
+    // The count runs on a connection of its own, which is interrupted when the time is up:
+    // interrupting this one would also stop the cursors that share it.
+    const std::shared_ptr<SqliteConnection> counter =
+        openReadOnly(QString::fromUtf8(sqlite3_db_filename(m_handle, "main")), nullptr);
     const SqliteStatement count =
-        prepare(QStringLiteral("SELECT COUNT(*) FROM ") + quotedIdentifier(name), nullptr);
-    if (!count || sqlite3_step(count.get()) != SQLITE_ROW)
+        counter ? counter->prepare(QStringLiteral("SELECT COUNT(*) FROM ") + quotedIdentifier(name),
+                                   nullptr)
+                : nullptr;
+    if (!count)
+        return std::nullopt;
+    std::mutex mutex;
+    std::condition_variable done;
+    bool finished = false;
+    std::thread watchdog([&] {
+        std::unique_lock lock(mutex);
+        if (!done.wait_for(lock, CheapCountTime, [&] { return finished; }))
+            sqlite3_interrupt(counter->m_handle);
+    });
+    const int result = sqlite3_step(count.get());
+    {
+        const std::lock_guard lock(mutex);
+        finished = true;
+    }
+    done.notify_one();
+    watchdog.join();
+    if (result != SQLITE_ROW)
         return std::nullopt;
     return sqlite3_column_int64(count.get(), 0);
 }

@@ -45,7 +45,8 @@ public:
     // Whether a table or view has exactly this name (case counts).
     bool hasRecordSource(const QString& name) const;
 
-    // SELECT COUNT(*) over a table or view; nullopt when it cannot be counted.
+    // SELECT COUNT(*) over a table or view when the engine gives it within a moment; nullopt
+    // when it cannot be counted, or not that quickly.
     std::optional<qint64> countRows(const QString& name) const;
 
     using Function = void (*)(sqlite3_context*, int, sqlite3_value**);

@@ -3,6 +3,7 @@
 #include <QFileInfo>
 
 #include <libdeflate.h>
+#include <pthread.h>
 
 #include <condition_variable>
 #include <cstring>
@@ -49,7 +50,13 @@ struct PdfOutput::Compressor
     bool stopping = false;
     std::thread thread;
 
-    Compressor() : thread([this] { run(); }) {}
+    Compressor()
+        : thread([this] {
+              pthread_setname_np(pthread_self(), "tabulor-deflate");
+              run();
+          })
+    {
+    }
     ~Compressor()
     {
         {

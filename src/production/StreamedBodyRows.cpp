@@ -7,6 +7,8 @@
 
 #include <thread>
 
+#include <pthread.h>
+
 namespace tabulor {
 
 namespace {
@@ -109,6 +111,7 @@ void StreamedBodyRows::writeTo(ReportBody& body)
     // lays the rows out; the queue keeps the reading a few chunks ahead at most.
     BoundedQueue<std::vector<BodyRow>> queue(kChunksAhead);
     std::thread reader([&] {
+        pthread_setname_np(pthread_self(), "tabulor-rows");
         produceRows(queue);
         queue.close();
     });

@@ -24,8 +24,8 @@ class StreamedBodyRows final : public BodyRows
 public:
     // How many records a chunk holds, and how many chunks of rows the reading may run ahead
     // of the layout.
-    static constexpr qsizetype kChunkRecords = 2048;
-    static constexpr size_t kChunksAhead = 4;
+    static constexpr qsizetype kChunkRecords = 256;
+    static constexpr size_t kChunksAhead = 8;
 
     // report is the built report (its columns, their settings and the group plan); its
     // records are not used. Null when the database cannot sort the record source.

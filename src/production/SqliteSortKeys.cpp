@@ -8,8 +8,11 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <atomic>
 #include <bit>
+#include <cmath>
+#include <optional>
 
 namespace tabulor {
 
@@ -56,12 +59,17 @@ quint64 orderedBits(double value)
     return (bits >> 63) != 0 ? ~bits : bits | (quint64(1) << 63);
 }
 
-// By value; whole numbers too large for a double to tell apart go by their exact value.
-void putNumber(KeyWriter& key, double value, qint64 exact)
+// By value. Beyond a double's precision whole numbers go on by their exact value (doubles by
+// their whole part); below it the double decides, and numbers that equal each other tie.
+void putNumber(KeyWriter& key, double value, std::optional<qint64> exact = std::nullopt)
 {
+    constexpr double kExactLimit = 9007199254740992.0; // 2^53
     key.kind(KeyNumber);
     key.put(orderedBits(value), 8);
-    key.put(biased(exact), 8);
+    if (std::abs(value) >= kExactLimit) {
+        const double whole = std::clamp(value, -9.2e18, 9.2e18);
+        key.put(biased(exact.value_or(static_cast<qint64>(whole))), 8);
+    }
 }
 
 void putSigned(KeyWriter& key, KeyKind kind, qint64 value)
@@ -79,9 +87,15 @@ void putValue(KeyWriter& key, qint16 fieldType, const QHash<QByteArray, quint32>
         key.kind(KeyEmpty);
         return;
     case SQLITE_INTEGER:
-        if (fieldType != FieldBoolean) {
+        if (fieldType != FieldBoolean && !isFractional(fieldType)) {
             const qint64 number = sqlite3_value_int64(value);
             putNumber(key, static_cast<double>(number), number);
+            return;
+        }
+        break;
+    case SQLITE_FLOAT:
+        if (fieldType != FieldBoolean) {
+            putNumber(key, sqlite3_value_double(value));
             return;
         }
         break;
@@ -105,13 +119,13 @@ void putValue(KeyWriter& key, qint16 fieldType, const QHash<QByteArray, quint32>
         key.kind(KeyEmpty);
         return;
     case QMetaType::Bool:
-        putNumber(key, cell.toBool() ? 1 : 0, cell.toBool() ? 1 : 0);
+        putNumber(key, cell.toBool() ? 1 : 0);
         return;
     case QMetaType::LongLong:
         putNumber(key, cell.toDouble(), cell.toLongLong());
         return;
     case QMetaType::Double:
-        putNumber(key, cell.toDouble(), 0);
+        putNumber(key, cell.toDouble());
         return;
     case QMetaType::QDate:
         putSigned(key, KeyDateTime, (cell.toDate().toJulianDay() - kEpochJulianDay) * kDay);

@@ -88,21 +88,6 @@ std::optional<qint16> knownType(const QByteArray& name)
     return std::nullopt;
 }
 
-bool isFractional(qint16 fieldType)
-{
-    switch (fieldType) {
-    case FieldCurrency:
-    case FieldSingle:
-    case FieldDouble:
-    case FieldFloat:
-    case FieldDecimal:
-    case FieldNumeric:
-        return true;
-    default:
-        return false;
-    }
-}
-
 bool isAsciiDigit(QChar c)
 {
     return c >= u'0' && c <= u'9';
@@ -168,6 +153,21 @@ QVariant withZone(QDate date, QTime time, QStringView zone)
 }
 
 } // namespace
+
+bool isFractional(qint16 fieldType)
+{
+    switch (fieldType) {
+    case FieldCurrency:
+    case FieldSingle:
+    case FieldDouble:
+    case FieldFloat:
+    case FieldDecimal:
+    case FieldNumeric:
+        return true;
+    default:
+        return false;
+    }
+}
 
 std::optional<qint16> fieldTypeForDeclaredType(QByteArrayView declared)
 {

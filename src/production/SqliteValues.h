@@ -24,6 +24,10 @@ std::optional<qint16> fieldTypeForDeclaredType(QByteArrayView declared);
 // bits, so it is BigInt; NULL or no row at all gives Text.
 qint16 fieldTypeForStorageClass(int storageClass);
 
+// Whether fields of the type hold fractional numbers, so that whole numbers stored in them
+// read as doubles.
+bool isFractional(qint16 fieldType);
+
 // The current row's value of a column, typed for a field of the given type: integers as
 // qint64, reals as double, text as QString, blobs as QByteArray, NULL as a null QVariant.
 // Boolean fields give bool; the fractional number types (Currency, Single, Double, Float,

@@ -16,7 +16,8 @@ using namespace tabulor::test;
 namespace {
 
 // Records that make sorting hard: empty values, case and accents, numbers and texts in one
-// column, dates beside text a date column cannot read, binary values, and many ties. More
+// column, dates beside text a date column cannot read, binary values, whole numbers stored as
+// integers and as reals, and many ties. More
 // records than one streamed chunk holds, so that groups run across chunks.
 const QString kScript = QStringLiteral(R"(
 CREATE TABLE t(id INTEGER, grp TEXT, sub TEXT, day DATE, name TEXT, qty INTEGER, price REAL,
@@ -31,7 +32,7 @@ INSERT INTO t SELECT i,
   'name ' || (i * 7919 % 97),
   i * 31 % 13,
   round((i * 17 % 1000) / 7.0, 2),
-  CASE WHEN i % 50 = 0 THEN x'00ff' ELSE i % 3 END
+  CASE WHEN i % 50 = 0 THEN x'00ff' WHEN i % 7 = 0 THEN 2.0 ELSE i % 3 END
 FROM n;
 CREATE VIEW v AS SELECT * FROM t;
 )");

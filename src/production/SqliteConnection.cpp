@@ -78,6 +78,11 @@ SqliteStatement SqliteConnection::prepare(const QString& sql, QString* error) co
     return SqliteStatement(statement);
 }
 
+std::shared_ptr<SqliteConnection> SqliteConnection::openAnother() const
+{
+    return openReadOnly(QString::fromUtf8(sqlite3_db_filename(m_handle, "main")), nullptr);
+}
+
 bool SqliteConnection::hasRecordSource(const QString& name) const
 {
     const SqliteStatement lookup =
@@ -95,8 +100,7 @@ std::optional<qint64> SqliteConnection::countRows(const QString& name) const
 {
     // The count runs on a connection of its own, which is interrupted when the time is up:
     // interrupting this one would also stop the cursors that share it.
-    const std::shared_ptr<SqliteConnection> counter =
-        openReadOnly(QString::fromUtf8(sqlite3_db_filename(m_handle, "main")), nullptr);
+    const std::shared_ptr<SqliteConnection> counter = openAnother();
     const SqliteStatement count =
         counter ? counter->prepare(QStringLiteral("SELECT COUNT(*) FROM ") + quotedIdentifier(name),
                                    nullptr)

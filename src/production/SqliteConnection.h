@@ -35,6 +35,9 @@ public:
     // fails here and not in the middle of a report. Null with *error set on failure.
     static std::shared_ptr<SqliteConnection> openReadOnly(const QString& path, QString* error);
 
+    // A connection of its own to the same file, for work beside this one; null if it fails.
+    std::shared_ptr<SqliteConnection> openAnother() const;
+
     ~SqliteConnection();
     SqliteConnection(const SqliteConnection&) = delete;
     SqliteConnection& operator=(const SqliteConnection&) = delete;

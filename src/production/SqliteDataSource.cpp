@@ -112,7 +112,7 @@ std::unique_ptr<Recordset> SqliteDataSource::openSorted(const QString& name,
         columns.push_back(SqliteSortKeys::Column{field.name, types.at(f), field.descending});
     }
     std::shared_ptr<SqliteSortKeys> keys =
-        SqliteSortKeys::define(m_connection, name, columns, collator, error);
+        SqliteSortKeys::define(m_connection, name, rowid, columns, collator, error);
     if (!keys)
         return nullptr;
     const QString orderBy = keys->keyOf(rowid);

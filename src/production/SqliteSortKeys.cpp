@@ -5,6 +5,7 @@
 #include "production/SqliteValues.h"
 
 #include <QDateTime>
+#include <QSet>
 
 #include <sqlite3.h>
 
@@ -13,6 +14,7 @@
 #include <bit>
 #include <cmath>
 #include <optional>
+#include <thread>
 
 namespace tabulor {
 
@@ -143,6 +145,53 @@ void putValue(KeyWriter& key, qint16 fieldType, const QHash<QByteArray, quint32>
     }
 }
 
+// The row number halfway between the table's first and last, when it has rows.
+std::optional<qint64> middleRow(const SqliteConnection& connection, const QString& table,
+                                const QString& rowid)
+{
+    const SqliteStatement ends =
+        connection.prepare(QStringLiteral("SELECT min(%1), max(%1) FROM %2")
+                               .arg(rowid, SqliteConnection::quotedIdentifier(table)),
+                           nullptr);
+    if (!ends || sqlite3_step(ends.get()) != SQLITE_ROW ||
+        sqlite3_column_type(ends.get(), 0) != SQLITE_INTEGER)
+        return std::nullopt;
+    const qint64 low = sqlite3_column_int64(ends.get(), 0);
+    const qint64 high = sqlite3_column_int64(ends.get(), 1);
+    return low + (high - low) / 2;
+}
+
+// Adds the texts of the first `count` columns of the rows the query gives to `texts`, with
+// ?1 bound to `bound` when given.
+bool collectTexts(const SqliteConnection& connection, const QString& query,
+                  std::optional<qint64> bound, int count, std::vector<QSet<QByteArray>>& texts,
+                  QString* error)
+{
+    const SqliteStatement scan = connection.prepare(query, error);
+    if (!scan)
+        return false;
+    if (bound)
+        sqlite3_bind_int64(scan.get(), 1, *bound);
+    int result = SQLITE_ROW;
+    while ((result = sqlite3_step(scan.get())) == SQLITE_ROW) {
+        for (int c = 0; c < count; ++c) {
+            if (sqlite3_column_type(scan.get(), c) != SQLITE_TEXT)
+                continue;
+            const auto* data = reinterpret_cast<const char*>(sqlite3_column_text(scan.get(), c));
+            const QByteArray bytes =
+                QByteArray::fromRawData(data, sqlite3_column_bytes(scan.get(), c));
+            QSet<QByteArray>& seen = texts[static_cast<size_t>(c)];
+            if (!seen.contains(bytes))
+                seen.insert(QByteArray(bytes.constData(), bytes.size()));
+        }
+    }
+    if (result != SQLITE_DONE) {
+        setError(error, connection.lastError());
+        return false;
+    }
+    return true;
+}
+
 // The most bytes one column's value takes: a number.
 constexpr int kMaxValueBytes = 17;
 
@@ -160,7 +209,7 @@ SqliteSortKeys::~SqliteSortKeys()
 }
 
 std::shared_ptr<SqliteSortKeys> SqliteSortKeys::define(std::shared_ptr<SqliteConnection> connection,
-                                                       const QString& table,
+                                                       const QString& table, const QString& rowid,
                                                        const std::vector<Column>& columns,
                                                        const QCollator& collator, QString* error)
 {
@@ -170,51 +219,56 @@ std::shared_ptr<SqliteSortKeys> SqliteSortKeys::define(std::shared_ptr<SqliteCon
     if (columns.empty())
         return keys;
 
-    // One pass over the table collects each column's distinct texts.
+    // Each column's distinct texts, read by two threads over the two halves of the table, each
+    // half on a connection of its own; in one pass when the table cannot be split so.
     QStringList selected;
     for (const Column& column : columns) {
         selected.append(SqliteConnection::quotedIdentifier(column.name));
         keys->m_columnNames.push_back(column.name);
         keys->m_columns.push_back(KeyColumn{column.fieldType, column.descending, {}});
     }
-    const SqliteStatement scan = connection->prepare(
-        QStringLiteral("SELECT ") + selected.join(u',') + QStringLiteral(" FROM ") +
-            SqliteConnection::quotedIdentifier(table),
-        error);
-    if (!scan)
-        return nullptr;
     const int count = static_cast<int>(columns.size());
-    int result = SQLITE_ROW;
-    while ((result = sqlite3_step(scan.get())) == SQLITE_ROW) {
-        for (int c = 0; c < count; ++c) {
-            if (sqlite3_column_type(scan.get(), c) != SQLITE_TEXT)
-                continue;
-            const auto* data = reinterpret_cast<const char*>(sqlite3_column_text(scan.get(), c));
-            const QByteArray bytes =
-                QByteArray::fromRawData(data, sqlite3_column_bytes(scan.get(), c));
-            auto& seen = keys->m_columns[static_cast<size_t>(c)].textRanks;
-            if (!seen.contains(bytes))
-                seen.insert(QByteArray(bytes.constData(), bytes.size()), 0);
+    const QString scan = QStringLiteral("SELECT ") + selected.join(u',') +
+                         QStringLiteral(" FROM ") + SqliteConnection::quotedIdentifier(table);
+    std::vector<QSet<QByteArray>> texts(columns.size());
+    const std::optional<qint64> middle = middleRow(*connection, table, rowid);
+    const std::shared_ptr<SqliteConnection> other = middle ? connection->openAnother() : nullptr;
+    if (other) {
+        const QString half = scan + QStringLiteral(" WHERE ") + rowid;
+        std::vector<QSet<QByteArray>> secondHalf(columns.size());
+        QString secondError;
+        bool secondRead = false;
+        std::thread reader([&] {
+            secondRead = collectTexts(*other, half + QStringLiteral(" > ?1"), *middle, count,
+                                      secondHalf, &secondError);
+        });
+        const bool firstRead = collectTexts(*connection, half + QStringLiteral(" <= ?1"), *middle,
+                                            count, texts, error);
+        reader.join();
+        if (!firstRead || !secondRead) {
+            if (firstRead)
+                setError(error, secondError);
+            return nullptr;
         }
-    }
-    if (result != SQLITE_DONE) {
-        setError(error, connection->lastError());
+        for (size_t c = 0; c < texts.size(); ++c)
+            texts[c].unite(secondHalf[c]);
+    } else if (!collectTexts(*connection, scan, std::nullopt, count, texts, error)) {
         return nullptr;
     }
 
     // Rank the texts as the grid would: those a date field reads as dates are no texts.
-    for (KeyColumn& column : keys->m_columns) {
+    for (size_t c = 0; c < texts.size(); ++c) {
+        KeyColumn& column = keys->m_columns[c];
         std::vector<QByteArray> stored;
-        QStringList texts;
-        for (auto it = column.textRanks.cbegin(); it != column.textRanks.cend(); ++it) {
-            const QString text = QString::fromUtf8(it.key());
+        QStringList words;
+        for (const QByteArray& bytes : std::as_const(texts[c])) {
+            const QString text = QString::fromUtf8(bytes);
             if (column.fieldType == FieldDate && parseIsoDateTime(text).isValid())
                 continue;
-            stored.push_back(it.key());
-            texts.append(text);
+            stored.push_back(bytes);
+            words.append(text);
         }
-        const std::vector<quint32> ranks = collationRanks(texts, collator);
-        column.textRanks.clear();
+        const std::vector<quint32> ranks = collationRanks(words, collator);
         for (size_t i = 0; i < stored.size(); ++i)
             column.textRanks.insert(stored[i], ranks[i]);
     }

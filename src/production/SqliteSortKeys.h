@@ -29,10 +29,10 @@ public:
     };
 
     // Reads the distinct texts of the columns and defines the key function on the connection;
-    // null with *error set when the table cannot be read. The function is removed again when
-    // the keys are destroyed.
+    // null with *error set when the table cannot be read. rowid names the table's row number.
+    // The function is removed again when the keys are destroyed.
     static std::shared_ptr<SqliteSortKeys> define(std::shared_ptr<SqliteConnection> connection,
-                                                  const QString& table,
+                                                  const QString& table, const QString& rowid,
                                                   const std::vector<Column>& columns,
                                                   const QCollator& collator, QString* error);
     ~SqliteSortKeys();

@@ -50,30 +50,43 @@ QStringList GridLayout::titles() const
     return result;
 }
 
-std::vector<QStringList> GridLayout::linesOf(const QStringList& texts, int style) const
+QStringList RowLines::cell(qsizetype c) const
+{
+    qsizetype first = 0;
+    for (qsizetype k = 0; k < c; ++k)
+        first += counts[k];
+    return lines.mid(first, counts[c]);
+}
+
+qsizetype RowLines::most() const
+{
+    qsizetype most = 1;
+    for (qsizetype count : counts)
+        most = std::max(most, count);
+    return most;
+}
+
+RowLines GridLayout::linesOf(const QStringList& texts, int style) const
 {
     const GlobalSettings& g = m_definition.global;
     const TextMeasure& m = measure(style);
     const int maxLines =
         g.MaxHeight > 0 ? std::max(1, static_cast<int>(g.MaxHeight / m.lineHeight())) : 1 << 20;
-    std::vector<QStringList> result;
-    result.reserve(static_cast<size_t>(texts.size()));
+    RowLines result;
+    result.lines.reserve(texts.size());
     for (int i = 0; i < texts.size(); ++i) {
         const double inner = std::max(0.0, m_widths[static_cast<size_t>(i)] - 2 * kCellPadding);
-        result.push_back(m.lines(texts.at(i), inner, g.WordWrap, maxLines));
+        result.counts.append(m.appendLines(texts.at(i), inner, g.WordWrap, maxLines, result.lines));
     }
     return result;
 }
 
-double GridLayout::heightOf(const std::vector<QStringList>& lines, int style) const
+double GridLayout::heightOf(const RowLines& lines, int style) const
 {
-    qsizetype most = 1;
-    for (const QStringList& cell : lines)
-        most = std::max(most, cell.size());
-    return static_cast<double>(most) * measure(style).lineHeight();
+    return static_cast<double>(lines.most()) * measure(style).lineHeight();
 }
 
-std::vector<QStringList> GridLayout::titleLines() const
+RowLines GridLayout::titleLines() const
 {
     return linesOf(titles(), StyleDetailTitle);
 }

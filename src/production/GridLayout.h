@@ -5,11 +5,24 @@
 #include "production/FontCatalog.h"
 #include "production/TextMeasure.h"
 
+#include <QVarLengthArray>
+
 #include <array>
 #include <memory>
 #include <vector>
 
 namespace tabulor {
+
+// The lines of a row's cells, one cell after another.
+struct RowLines
+{
+    QStringList lines;
+    QVarLengthArray<qsizetype, 16> counts; // per cell
+
+    // The lines of cell c.
+    QStringList cell(qsizetype c) const;
+    qsizetype most() const;
+};
 
 // The sizes of a report's rows in twips: the width of each report column, fitted to the first
 // body rows unless the column has a stored width, and the lines and height of each row, from
@@ -36,14 +49,14 @@ public:
 
     // The title row: each column's title.
     QStringList titles() const;
-    std::vector<QStringList> titleLines() const;
+    RowLines titleLines() const;
     double titleHeight() const;
 
     // The lines each report column shows for a row of these texts painted in style.
-    std::vector<QStringList> linesOf(const QStringList& texts, int style) const;
+    RowLines linesOf(const QStringList& texts, int style) const;
     // The height of a row of cells with these lines, painted in style, without the style's
     // space before and after it.
-    double heightOf(const std::vector<QStringList>& lines, int style) const;
+    double heightOf(const RowLines& lines, int style) const;
 
     const TextMeasure& measure(int style) const { return *m_measures[static_cast<size_t>(style)]; }
 

@@ -81,13 +81,13 @@ void GridPaginator::startSegment(bool newPage)
 
     // The column title row heads every page and column.
     const ReportStyle& title = m_definition.styles[StyleDetailTitle];
-    const std::vector<QStringList> lines = m_layout.titleLines();
+    const RowLines lines = m_layout.titleLines();
     const RowBox box{static_cast<double>(title.Before), m_layout.heightOf(lines, StyleDetailTitle),
                      static_cast<double>(title.After)};
     paintRow(StyleDetailTitle, lines, box);
 }
 
-void GridPaginator::paintRow(int style, const std::vector<QStringList>& lines, const RowBox& box)
+void GridPaginator::paintRow(int style, const RowLines& lines, const RowBox& box)
 {
     const ReportStyle& s = m_definition.styles[style];
     const TextMeasure& m = m_layout.measure(style);
@@ -100,21 +100,25 @@ void GridPaginator::paintRow(int style, const std::vector<QStringList>& lines, c
 
     double x = x0;
     const QColor text = FontCatalog::colour(s.Text);
-    for (size_t c = 0; c < lines.size(); ++c) {
-        const double cellWidth = m_layout.columnWidths()[c];
+    qsizetype next = 0; // the first line of the cell
+    for (qsizetype c = 0; c < lines.counts.size(); ++c) {
+        const double cellWidth = m_layout.columnWidths()[static_cast<size_t>(c)];
         const double inner = cellWidth - 2 * GridLayout::kCellPadding;
+        const qint16 alignment = m_alignments[static_cast<size_t>(c)];
         double y = top;
-        for (const QString& line : lines[c]) {
+        for (qsizetype k = 0; k < lines.counts[c]; ++k) {
+            const QString& line = lines.lines.at(next + k);
             if (!line.isEmpty()) {
                 double lx = x + GridLayout::kCellPadding;
-                if (m_alignments[c] == 3)
+                if (alignment == 3)
                     lx += (inner - m.width(line)) / 2;
-                else if (m_alignments[c] == 6)
+                else if (alignment == 6)
                     lx += inner - m.width(line);
                 m_document.draw(TextRun{QPointF(lx, y + m.ascent()), line, font, text});
             }
             y += m.lineHeight();
         }
+        next += lines.counts[c];
         x += cellWidth;
     }
     const QColor rule = FontCatalog::colour(s.Color);
@@ -146,7 +150,7 @@ void GridPaginator::add(const BodyRow& row)
 {
     if (!m_run.empty() && breakAllowedBetween(m_run.back().kind, row.kind, m_widowControl))
         layOutRun();
-    std::vector<QStringList> lines = m_layout.linesOf(row.texts, row.style);
+    RowLines lines = m_layout.linesOf(row.texts, row.style);
     const ReportStyle& s = m_definition.styles[row.style];
     const RowBox box{static_cast<double>(s.Before), m_layout.heightOf(lines, row.style),
                      static_cast<double>(s.After)};

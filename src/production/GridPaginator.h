@@ -39,7 +39,7 @@ private:
     {
         RowKind kind;
         int style;
-        std::vector<QStringList> lines;
+        RowLines lines;
         RowBox box;
     };
 
@@ -48,7 +48,7 @@ private:
     void layOutRun();
 
     void startSegment(bool newPage);
-    void paintRow(int style, const std::vector<QStringList>& lines, const RowBox& box);
+    void paintRow(int style, const RowLines& lines, const RowBox& box);
     void paintBorders();
     double left() const;
 

@@ -85,14 +85,24 @@ QString TextMeasure::cutWithEllipsis(const QString& text, double width) const
     return text.left(low) + kEllipsis;
 }
 
-QStringList TextMeasure::lines(const QString& text, double width, bool wrap, int maxLines) const
+qsizetype TextMeasure::appendLines(const QString& text, double width, bool wrap, int maxLines,
+                                   QStringList& out) const
 {
     // Most cells are one line that fits. (Wrapping drops the blanks a text starts with.)
     if (!wrap || text.isEmpty() || text.front() != u' ') {
         const std::optional<double> oneLine = lineWidth(text);
-        if (oneLine && *oneLine <= width)
-            return {text};
+        if (oneLine && *oneLine <= width) {
+            out.append(text);
+            return 1;
+        }
     }
+    const QStringList broken = lines(text, width, wrap, maxLines);
+    out.append(broken);
+    return broken.size();
+}
+
+QStringList TextMeasure::lines(const QString& text, double width, bool wrap, int maxLines) const
+{
     maxLines = std::max(maxLines, 1);
     QStringList paragraphs = text.split(u'\n');
     if (!wrap) {

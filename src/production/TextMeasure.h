@@ -26,6 +26,9 @@ public:
     // width is broken between characters), at most maxLines of them. Text that does not fit
     // ends with "..." on its last line.
     QStringList lines(const QString& text, double width, bool wrap, int maxLines) const;
+    // The same lines appended to out; returns how many.
+    qsizetype appendLines(const QString& text, double width, bool wrap, int maxLines,
+                          QStringList& out) const;
     // The text, or when it does not fit, its longest start that fits with "..." behind it.
     QString elided(const QString& text, double width) const;
 

@@ -116,16 +116,18 @@ TEST(GridLayout, WidthsAreStoredOrFittedAndHeightsFollowTheWrappedText)
         return l.heightOf(l.linesOf(row.texts, row.style), row.style);
     };
     EXPECT_DOUBLE_EQ(height(layout, rows[0]), line);
-    const std::vector<QStringList> lines = layout.linesOf(rows[1].texts, rows[1].style);
-    EXPECT_GE(lines[1].size(), 3);
-    EXPECT_DOUBLE_EQ(height(layout, rows[1]), line * static_cast<double>(lines[1].size()));
+    const QStringList noteLines = layout.linesOf(rows[1].texts, rows[1].style).cell(1);
+    EXPECT_GE(noteLines.size(), 3);
+    EXPECT_DOUBLE_EQ(height(layout, rows[1]), line * static_cast<double>(noteLines.size()));
 
     // The maximum row height caps the lines; the last shown line ends with "...".
     d.global.MaxHeight = static_cast<qint32>(2 * line + 1);
     const GridLayout capped(grid, rows, d, fonts);
     EXPECT_DOUBLE_EQ(height(capped, rows[1]), 2 * line);
-    EXPECT_TRUE(
-        capped.linesOf(rows[1].texts, rows[1].style)[1].last().endsWith(QStringLiteral("...")));
+    EXPECT_TRUE(capped.linesOf(rows[1].texts, rows[1].style)
+                    .cell(1)
+                    .last()
+                    .endsWith(QStringLiteral("...")));
 
     d.global.WordWrap = false;
     const GridLayout single(grid, rows, d, fonts);

@@ -9,6 +9,8 @@
 #include "production/ReportData.h"
 #include "production/ReportGridBuilder.h"
 
+#include "Median.h"
+
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
@@ -54,12 +56,6 @@ long peakKilobytes()
             return line.mid(6).trimmed().split(' ').first().toLong();
     }
     return -1;
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
 }
 
 } // namespace

@@ -7,6 +7,8 @@
 
 #include "production/ReportData.h"
 
+#include "Median.h"
+
 #include <QCoreApplication>
 #include <QElapsedTimer>
 
@@ -21,12 +23,6 @@ namespace {
 double milliseconds(const QElapsedTimer& timer)
 {
     return static_cast<double>(timer.nsecsElapsed()) / 1e6;
-}
-
-double middle(std::vector<double> values)
-{
-    std::nth_element(values.begin(), values.begin() + values.size() / 2, values.end());
-    return values[values.size() / 2];
 }
 
 } // namespace
@@ -63,7 +59,7 @@ int main(int argc, char* argv[])
         counts.push_back(milliseconds(timer));
     }
     std::printf("grid rows %lld of %lld  open %.1f ms  count alone %.1f ms  (medians of %d)\n",
-                static_cast<long long>(loaded), static_cast<long long>(total), middle(opens),
-                middle(counts), repeats);
+                static_cast<long long>(loaded), static_cast<long long>(total), median(opens),
+                median(counts), repeats);
     return 0;
 }

@@ -9,7 +9,11 @@ cache="${TABULOR_BENCH_CACHE:-$HOME/.cache/tabulor-bench}"
 rows=10000000
 db="$cache/sales_$rows.db"
 mkdir -p "$cache"
-cmake --build build -j2 --target bench_working_view >/dev/null
+for p in sqlite3 time; do
+    dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" ||
+        DEBIAN_FRONTEND=noninteractive apt-get install -y -qq "$p" >/dev/null
+done
+scripts/build.sh >/dev/null
 
 if [ ! -f "$db" ]; then
     # Values follow from the row number, so that every run builds the same table.

@@ -105,8 +105,13 @@ unsigned PdfFont::code(unsigned glyph, QStringView text, bool* exact)
     if (glyph >= m_byGlyph.size())
         glyph = 0;
     const qint32 first = m_byGlyph[glyph];
-    if (first >= 0 && m_entries[size_t(first)].text == text)
-        return m_entries[size_t(first)].code;
+    if (first >= 0) {
+        // Mostly one character for one glyph, and the same one as the first time.
+        const Entry& known = m_entries[size_t(first)];
+        if (text.size() == 1 ? known.text.size() == 1 && known.text.front() == text.front()
+                             : known.text == text)
+            return known.code;
+    }
     if (first >= 0) {
         const std::pair<unsigned, QString> key(glyph, text.toString());
         const auto variant = m_variants.constFind(key);

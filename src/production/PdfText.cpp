@@ -169,7 +169,7 @@ const EncodedRun& PdfText::encode(int requestId, const QString& text)
         const int end = segment.firstGlyph + segment.glyphCount;
         for (int i = segment.firstGlyph; i < end; ++i) {
             const ShapedGlyph& glyph = m_shaped.glyphs[size_t(i)];
-            const qint64 glyphRise = glyph.yOffset * size / qint64(upem);
+            const qint64 glyphRise = glyph.yOffset == 0 ? 0 : glyph.yOffset * size / qint64(upem);
             if (glyphRise != rise) {
                 closeArray();
                 ops << ' ';
@@ -179,7 +179,7 @@ const EncodedRun& PdfText::encode(int requestId, const QString& text)
                 pieces = 0;
                 adjusted = false;
             }
-            const qint64 target = pen + font.em(glyph.xOffset);
+            const qint64 target = glyph.xOffset == 0 ? pen : pen + font.em(glyph.xOffset);
             if (target != pdfPen) {
                 flushCodes();
                 ops.centi(pdfPen - target) << ' ';

@@ -61,6 +61,12 @@ QString GridText::cellText(const GridRow& row, int gridColumn) const
     return QString();
 }
 
+void GridText::forgetTexts()
+{
+    for (std::vector<QString>& texts : m_formattedTexts)
+        texts.clear();
+}
+
 QStringList GridText::rowTexts(const GridRow& row) const
 {
     QStringList texts;

@@ -19,6 +19,8 @@ public:
     QString cellText(const GridRow& row, int gridColumn) const;
     // The texts of a row in report column order.
     QStringList rowTexts(const GridRow& row) const;
+    // The grid's records were replaced: the texts formatted so far belong to them.
+    void forgetTexts();
 
 private:
     QString format(const QVariant& value, int gridColumn) const;

@@ -130,30 +130,31 @@ void StreamedBodyRows::writeTo(ReportBody& body)
 void StreamedBodyRows::produceRows(BoundedQueue<std::vector<BodyRow>>& queue)
 {
     GroupedRows grouped(m_chunk, m_grandTotals);
+    GridText text(m_chunk, m_locale);
     QList<QVariant> cells(m_chunk.columnCount());
     bool ok = !m_records->atEnd();
     while (ok) {
         readRecord(*m_records, cells);
         grouped.add(m_chunk.appendRecord(cells));
-        if (m_chunk.recordCount() >= kChunkRecords && !queue.push(takeRows(grouped)))
+        if (m_chunk.recordCount() >= kChunkRecords && !queue.push(takeRows(grouped, text)))
             return;
         ok = m_records->moveNext() && !m_records->atEnd();
     }
     grouped.finish();
-    queue.push(takeRows(grouped));
+    queue.push(takeRows(grouped, text));
 }
 
-std::vector<BodyRow> StreamedBodyRows::takeRows(GroupedRows& grouped)
+std::vector<BodyRow> StreamedBodyRows::takeRows(GroupedRows& grouped, GridText& text)
 {
     std::vector<BodyRow> rows;
     rows.reserve(m_chunk.rows().size());
-    const GridText text(m_chunk, m_locale);
     for (GridRow& row : m_chunk.rows()) {
         row.style = static_cast<qint16>(StyleForRow(m_definition.styles, row));
         rows.push_back(BodyRow{row.kind, paintStyle(row), text.rowTexts(row)});
     }
     const std::vector<qint32> retained = grouped.retainedRecords();
     m_chunk.keepRecords(retained);
+    text.forgetTexts();
     grouped.renumber(retained);
     return rows;
 }

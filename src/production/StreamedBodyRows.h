@@ -46,7 +46,7 @@ private:
     // Reads every record, and queues the rows chunk by chunk until the queue is cancelled.
     void produceRows(BoundedQueue<std::vector<BodyRow>>& queue);
     // The rows made so far; drops the records no open group needs.
-    std::vector<BodyRow> takeRows(class GroupedRows& grouped);
+    std::vector<BodyRow> takeRows(class GroupedRows& grouped, class GridText& text);
 
     std::unique_ptr<Recordset> m_records;
     const ReportDefinition& m_definition;

@@ -2,11 +2,14 @@
 
 #include "production/FieldType.h"
 #include "production/SqliteConnection.h"
+#include "production/SqliteMergedRecordset.h"
 #include "production/SqliteRecordset.h"
 #include "production/SqliteSortKeys.h"
 #include "production/SqliteValues.h"
 
 #include <sqlite3.h>
+
+#include <thread>
 
 namespace tabulor {
 
@@ -115,8 +118,29 @@ std::unique_ptr<Recordset> SqliteDataSource::openSorted(const QString& name,
         SqliteSortKeys::define(m_connection, name, rowid, columns, collator, error);
     if (!keys)
         return nullptr;
-    const QString orderBy = keys->keyOf(rowid);
-    return SqliteRecordset::openSorted(m_connection, name, orderBy, types, std::move(keys), error);
+    const QString key = keys->keyOf(rowid);
+    if (!keys->secondConnection())
+        return SqliteRecordset::openSorted(m_connection, name, QString(), 0, key, types,
+                                           std::move(keys), error);
+
+    // The engine sorts each half of the table on a thread of its own; the halves are merged.
+    std::unique_ptr<SqliteRecordset> secondHalf;
+    QString secondError;
+    std::thread sorter([&] {
+        secondHalf = SqliteRecordset::openSorted(keys->secondConnection(), name,
+                                                 rowid + QStringLiteral(" > ?1"), keys->middleRow(),
+                                                 key, types, keys, &secondError);
+    });
+    std::unique_ptr<SqliteRecordset> firstHalf =
+        SqliteRecordset::openSorted(m_connection, name, rowid + QStringLiteral(" <= ?1"),
+                                    keys->middleRow(), key, types, keys, error);
+    sorter.join();
+    if (!firstHalf || !secondHalf) {
+        if (firstHalf)
+            setError(error, secondError);
+        return nullptr;
+    }
+    return std::make_unique<SqliteMergedRecordset>(std::move(firstHalf), std::move(secondHalf));
 }
 
 } // namespace tabulor

@@ -19,35 +19,51 @@ std::unique_ptr<SqliteRecordset> SqliteRecordset::open(std::shared_ptr<SqliteCon
     QString sql = QStringLiteral("SELECT * FROM ") + SqliteConnection::quotedIdentifier(source);
     if (rowLimit)
         sql += QStringLiteral(" LIMIT ?1");
-    return run(std::move(connection), sql, source, rowLimit, error);
+    return run(std::move(connection), sql, source, rowLimit, rowLimit, error);
 }
 
 std::unique_ptr<SqliteRecordset>
 SqliteRecordset::openSorted(std::shared_ptr<SqliteConnection> connection, const QString& source,
-                            const QString& orderBy, const QList<qint16>& types,
-                            std::shared_ptr<void> sortKeys, QString* error)
+                            const QString& where, qint64 bound, const QString& sortKey,
+                            const QList<qint16>& types, std::shared_ptr<void> sortKeys,
+                            QString* error)
 {
-    const QString sql = QStringLiteral("SELECT * FROM ") +
-                        SqliteConnection::quotedIdentifier(source) + QStringLiteral(" ORDER BY ") +
-                        orderBy;
+    // The key follows the fields as one more column, which orders the rows.
+    QString sql = QStringLiteral("SELECT *, ") + sortKey + QStringLiteral(" FROM ") +
+                  SqliteConnection::quotedIdentifier(source);
+    if (!where.isEmpty())
+        sql += QStringLiteral(" WHERE ") + where;
+    sql += QStringLiteral(" ORDER BY ") + QString::number(types.size() + 1);
     std::unique_ptr<SqliteRecordset> recordset =
-        run(std::move(connection), sql, source, std::nullopt, error);
-    if (!recordset || recordset->m_types.size() != types.size())
+        run(std::move(connection), sql, source, std::nullopt,
+            where.isEmpty() ? std::nullopt : std::optional<qint64>(bound), error);
+    if (!recordset || recordset->m_types.size() != types.size() + 1)
         return nullptr;
+    recordset->m_names.removeLast();
     recordset->m_types = types;
     recordset->m_sortKeys = std::move(sortKeys);
     return recordset;
 }
 
+QByteArrayView SqliteRecordset::sortKey() const
+{
+    if (m_atEnd)
+        return {};
+    const int column = static_cast<int>(m_types.size());
+    // The pointer first, then the size: asking for the size may not convert the value.
+    const auto* data = static_cast<const char*>(sqlite3_column_blob(m_statement.get(), column));
+    return QByteArrayView(data, sqlite3_column_bytes(m_statement.get(), column));
+}
+
 std::unique_ptr<SqliteRecordset> SqliteRecordset::run(std::shared_ptr<SqliteConnection> connection,
                                                       const QString& sql, const QString& source,
                                                       std::optional<qint64> rowLimit,
-                                                      QString* error)
+                                                      std::optional<qint64> bound, QString* error)
 {
     QString problem;
     SqliteStatement statement = connection->prepare(sql, &problem);
-    if (statement && rowLimit)
-        sqlite3_bind_int64(statement.get(), 1, *rowLimit);
+    if (statement && bound)
+        sqlite3_bind_int64(statement.get(), 1, *bound);
 
     std::unique_ptr<SqliteRecordset> recordset;
     if (statement) {

@@ -3,6 +3,7 @@
 #include "production/Recordset.h"
 #include "production/SqliteConnection.h"
 
+#include <QByteArrayView>
 #include <QList>
 #include <QStringList>
 
@@ -21,12 +22,15 @@ public:
                                                  const QString& source,
                                                  std::optional<qint64> rowLimit, QString* error);
 
-    // Runs SELECT * over the record source ORDER BY the given SQL, with the fields typed as
-    // given. sortKeys stays alive as long as the cursor: what the ordering's functions use.
+    // Runs SELECT * over the rows of the record source that `where` picks (with ?1 bound to
+    // `bound`; every row when where is empty), ordered by the SQL expression sortKey, with the
+    // fields typed as given. sortKeys stays alive as long as the cursor: what the expression's
+    // functions use. The key of the current row is sortKey().
     static std::unique_ptr<SqliteRecordset>
     openSorted(std::shared_ptr<SqliteConnection> connection, const QString& source,
-               const QString& orderBy, const QList<qint16>& types, std::shared_ptr<void> sortKeys,
-               QString* error);
+               const QString& where, qint64 bound, const QString& sortKey,
+               const QList<qint16>& types, std::shared_ptr<void> sortKeys, QString* error);
+    QByteArrayView sortKey() const;
 
     int fieldCount() const override { return int(m_names.size()); }
     QString fieldName(int field) const override { return m_names.value(field); }
@@ -45,9 +49,11 @@ private:
     SqliteRecordset(std::shared_ptr<SqliteConnection> connection, SqliteStatement statement,
                     const QString& source, std::optional<qint64> rowLimit);
 
+    // Prepares sql, binds ?1 to `bound` when given and steps to the first row.
     static std::unique_ptr<SqliteRecordset> run(std::shared_ptr<SqliteConnection> connection,
                                                 const QString& sql, const QString& source,
-                                                std::optional<qint64> rowLimit, QString* error);
+                                                std::optional<qint64> rowLimit,
+                                                std::optional<qint64> bound, QString* error);
 
     // Steps to the next row; returns the engine's result code. A failed step ends the cursor.
     int step();

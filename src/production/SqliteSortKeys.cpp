@@ -146,8 +146,8 @@ void putValue(KeyWriter& key, qint16 fieldType, const QHash<QByteArray, quint32>
 }
 
 // The row number halfway between the table's first and last, when it has rows.
-std::optional<qint64> middleRow(const SqliteConnection& connection, const QString& table,
-                                const QString& rowid)
+std::optional<qint64> tableMiddleRow(const SqliteConnection& connection, const QString& table,
+                                     const QString& rowid)
 {
     const SqliteStatement ends =
         connection.prepare(QStringLiteral("SELECT min(%1), max(%1) FROM %2")
@@ -205,7 +205,16 @@ SqliteSortKeys::SqliteSortKeys(std::shared_ptr<SqliteConnection> connection,
 
 SqliteSortKeys::~SqliteSortKeys()
 {
-    m_connection->removeFunction(m_functionName, static_cast<int>(m_columns.size()) + 1);
+    const int arguments = static_cast<int>(m_columns.size()) + 1;
+    m_connection->removeFunction(m_functionName, arguments);
+    if (m_second)
+        m_second->removeFunction(m_functionName, arguments);
+}
+
+bool SqliteSortKeys::defineFunction(SqliteConnection& connection) const
+{
+    return connection.defineFunction(m_functionName, static_cast<int>(m_columns.size()) + 1,
+                                     &SqliteSortKeys::key, const_cast<SqliteSortKeys*>(this));
 }
 
 std::shared_ptr<SqliteSortKeys> SqliteSortKeys::define(std::shared_ptr<SqliteConnection> connection,
@@ -216,34 +225,34 @@ std::shared_ptr<SqliteSortKeys> SqliteSortKeys::define(std::shared_ptr<SqliteCon
     static std::atomic<int> defined{0};
     const QByteArray name = "tabulor_sort_key_" + QByteArray::number(++defined);
     std::shared_ptr<SqliteSortKeys> keys(new SqliteSortKeys(connection, name));
-    if (columns.empty())
-        return keys;
-
-    // Each column's distinct texts, read by two threads over the two halves of the table, each
-    // half on a connection of its own; in one pass when the table cannot be split so.
     QStringList selected;
     for (const Column& column : columns) {
         selected.append(SqliteConnection::quotedIdentifier(column.name));
         keys->m_columnNames.push_back(column.name);
         keys->m_columns.push_back(KeyColumn{column.fieldType, column.descending, {}});
     }
+    // A table with rows is read in two halves, by row number, each on a connection of its own.
+    if (const std::optional<qint64> middle = tableMiddleRow(*connection, table, rowid)) {
+        keys->m_second = connection->openAnother();
+        keys->m_middle = *middle;
+    }
+
+    // Each column's distinct texts, the two halves read by two threads.
     const int count = static_cast<int>(columns.size());
     const QString scan = QStringLiteral("SELECT ") + selected.join(u',') +
                          QStringLiteral(" FROM ") + SqliteConnection::quotedIdentifier(table);
     std::vector<QSet<QByteArray>> texts(columns.size());
-    const std::optional<qint64> middle = middleRow(*connection, table, rowid);
-    const std::shared_ptr<SqliteConnection> other = middle ? connection->openAnother() : nullptr;
-    if (other) {
+    if (count > 0 && keys->m_second) {
         const QString half = scan + QStringLiteral(" WHERE ") + rowid;
         std::vector<QSet<QByteArray>> secondHalf(columns.size());
         QString secondError;
         bool secondRead = false;
         std::thread reader([&] {
-            secondRead = collectTexts(*other, half + QStringLiteral(" > ?1"), *middle, count,
-                                      secondHalf, &secondError);
+            secondRead = collectTexts(*keys->m_second, half + QStringLiteral(" > ?1"),
+                                      keys->m_middle, count, secondHalf, &secondError);
         });
-        const bool firstRead = collectTexts(*connection, half + QStringLiteral(" <= ?1"), *middle,
-                                            count, texts, error);
+        const bool firstRead = collectTexts(*connection, half + QStringLiteral(" <= ?1"),
+                                            keys->m_middle, count, texts, error);
         reader.join();
         if (!firstRead || !secondRead) {
             if (firstRead)
@@ -252,7 +261,7 @@ std::shared_ptr<SqliteSortKeys> SqliteSortKeys::define(std::shared_ptr<SqliteCon
         }
         for (size_t c = 0; c < texts.size(); ++c)
             texts[c].unite(secondHalf[c]);
-    } else if (!collectTexts(*connection, scan, std::nullopt, count, texts, error)) {
+    } else if (count > 0 && !collectTexts(*connection, scan, std::nullopt, count, texts, error)) {
         return nullptr;
     }
 
@@ -273,7 +282,8 @@ std::shared_ptr<SqliteSortKeys> SqliteSortKeys::define(std::shared_ptr<SqliteCon
             column.textRanks.insert(stored[i], ranks[i]);
     }
 
-    if (!connection->defineFunction(name, count + 1, &SqliteSortKeys::key, keys.get())) {
+    if (!keys->defineFunction(*connection) ||
+        (keys->m_second && !keys->defineFunction(*keys->m_second))) {
         setError(error, connection->lastError());
         return nullptr;
     }
@@ -290,9 +300,10 @@ QString SqliteSortKeys::keyOf(const QString& rowid) const
 
 void SqliteSortKeys::key(sqlite3_context* context, int arguments, sqlite3_value** values)
 {
-    auto* keys = static_cast<SqliteSortKeys*>(sqlite3_user_data(context));
+    const auto* keys = static_cast<const SqliteSortKeys*>(sqlite3_user_data(context));
     const qint64 rowid = sqlite3_value_int64(values[0]);
-    std::vector<unsigned char>& bytes = keys->m_scratch;
+    // The two halves of a table are sorted on two threads at once.
+    thread_local std::vector<unsigned char> bytes;
     bytes.resize(static_cast<size_t>(kMaxValueBytes * (arguments - 1) + 8));
     KeyWriter key{bytes.data()};
     for (int a = 1; a < arguments; ++a) {

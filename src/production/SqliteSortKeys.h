@@ -42,6 +42,12 @@ public:
     // The SQL that gives a row's key, with rowid the name of the table's row number.
     QString keyOf(const QString& rowid) const;
 
+    // The table in two halves, for sorting each on a thread of its own: the rows up to and
+    // past middleRow(), the second half on secondConnection(), where the key function is
+    // defined too. No second connection when the table was not split.
+    const std::shared_ptr<SqliteConnection>& secondConnection() const { return m_second; }
+    qint64 middleRow() const { return m_middle; }
+
 private:
     struct KeyColumn
     {
@@ -51,13 +57,15 @@ private:
     };
 
     SqliteSortKeys(std::shared_ptr<SqliteConnection> connection, QByteArray functionName);
+    bool defineFunction(SqliteConnection& connection) const;
     static void key(sqlite3_context* context, int arguments, sqlite3_value** values);
 
     std::shared_ptr<SqliteConnection> m_connection;
+    std::shared_ptr<SqliteConnection> m_second;
+    qint64 m_middle = 0;
     QByteArray m_functionName;
     std::vector<QString> m_columnNames;
     std::vector<KeyColumn> m_columns;
-    std::vector<unsigned char> m_scratch; // the key being made
 };
 
 } // namespace tabulor

@@ -79,6 +79,14 @@ TEST(SqliteSortedOpen, OrdersEveryKindOfValueAsTheGridDoes)
                                                collator, &error);
     ASSERT_TRUE(sorted);
     EXPECT_EQ(readRows(*sorted).size(), 300);
+
+    // No key at all: the table's own order.
+    const auto unsorted = db.source().openSorted(QStringLiteral("t"), {}, collator, &error);
+    ASSERT_TRUE(unsorted) << error.toStdString();
+    const QList<QVariantList> rows = readRows(*unsorted);
+    ASSERT_EQ(rows.size(), 300);
+    for (qsizetype r = 0; r < rows.size(); ++r)
+        EXPECT_EQ(rows[r].at(0).toLongLong(), r + 1);
 }
 
 TEST(SqliteSortedOpen, LeavesViewsAndUnknownFieldsToTheCaller)

@@ -36,6 +36,8 @@ void OutlineGrid::keepRecords(const std::vector<qint32>& records)
 {
     std::vector<ColumnCells> kept(m_cells.size());
     for (size_t c = 0; c < m_cells.size(); ++c) {
+        // As many records are likely to follow as were there before.
+        kept[c].reserve(m_cells[c].size());
         for (qint32 record : records)
             kept[c].append(m_cells[c].value(record));
     }

@@ -9,11 +9,10 @@
 #include "production/ReportData.h"
 #include "production/ReportGridBuilder.h"
 
-#include "Median.h"
+#include "BenchSupport.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QFile>
 
 #include <algorithm>
 #include <cstdio>
@@ -44,18 +43,6 @@ ReportDefinition salesReport()
     d.details = {QStringLiteral("order_date"), QStringLiteral("id"), QStringLiteral("quantity"),
                  QStringLiteral("unit_price"), QStringLiteral("amount")};
     return d;
-}
-
-long peakKilobytes()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray& line : status.readAll().split('\n')) {
-        if (line.startsWith("VmHWM:"))
-            return line.mid(6).trimmed().split(' ').first().toLong();
-    }
-    return -1;
 }
 
 } // namespace

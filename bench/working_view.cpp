@@ -7,7 +7,7 @@
 
 #include "production/ReportData.h"
 
-#include "Median.h"
+#include "BenchSupport.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

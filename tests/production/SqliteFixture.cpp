@@ -58,4 +58,14 @@ QList<QVariantList> readRows(Recordset& records)
     return rows;
 }
 
+QList<qint64> readCounts(DataSource& source, const QString& name, std::optional<qint64> limit)
+{
+    QString error;
+    const std::unique_ptr<Recordset> records = source.openRecordSource(name, limit, &error);
+    if (!records)
+        return {};
+    const QList<QVariantList> rows = readRows(*records);
+    return {rows.size(), records->recordCount(), records->fieldCount()};
+}
+
 } // namespace tabulor::test

@@ -9,6 +9,7 @@
 #include <QVariantList>
 
 #include <memory>
+#include <optional>
 
 namespace tabulor::test {
 
@@ -35,5 +36,9 @@ QStringList names(const QList<RecordSourceEntry>& entries);
 
 // Every remaining row of a cursor, read from where it stands.
 QList<QVariantList> readRows(Recordset& records);
+
+// Opens a record source with a row limit and reads it: the rows read, the cursor's count and
+// its number of fields; empty when it does not open.
+QList<qint64> readCounts(DataSource& source, const QString& name, std::optional<qint64> limit);
 
 } // namespace tabulor::test

@@ -9,8 +9,6 @@
 
 #include <sqlite3.h>
 
-#include <thread>
-
 namespace tabulor {
 
 namespace {
@@ -118,29 +116,24 @@ std::unique_ptr<Recordset> SqliteDataSource::openSorted(const QString& name,
         SqliteSortKeys::define(m_connection, name, rowid, columns, collator, error);
     if (!keys)
         return nullptr;
-    const QString key = keys->keyOf(rowid);
-    if (!keys->secondConnection())
+    const QString key = keys->keySql();
+    if (!keys->split())
         return SqliteRecordset::openSorted(m_connection, name, QString(), 0, key, types,
                                            std::move(keys), error);
 
     // The engine sorts each half of the table on a thread of its own; the halves are merged.
-    std::unique_ptr<SqliteRecordset> secondHalf;
-    QString secondError;
-    std::thread sorter([&] {
-        secondHalf = SqliteRecordset::openSorted(keys->secondConnection(), name,
-                                                 rowid + QStringLiteral(" > ?1"), keys->middleRow(),
-                                                 key, types, keys, &secondError);
-    });
-    std::unique_ptr<SqliteRecordset> firstHalf =
-        SqliteRecordset::openSorted(m_connection, name, rowid + QStringLiteral(" <= ?1"),
-                                    keys->middleRow(), key, types, keys, error);
-    sorter.join();
-    if (!firstHalf || !secondHalf) {
-        if (firstHalf)
-            setError(error, secondError);
+    std::unique_ptr<SqliteRecordset> halves[2];
+    const bool sorted = keys->inBothHalves(
+        [&](int half, const std::shared_ptr<SqliteConnection>& connection, const QString& where,
+            QString* halfError) {
+            halves[half] = SqliteRecordset::openSorted(connection, name, where, keys->middleRow(),
+                                                       key, types, keys, halfError);
+            return halves[half] != nullptr;
+        },
+        error);
+    if (!sorted)
         return nullptr;
-    }
-    return std::make_unique<SqliteMergedRecordset>(std::move(firstHalf), std::move(secondHalf));
+    return std::make_unique<SqliteMergedRecordset>(std::move(halves[0]), std::move(halves[1]));
 }
 
 } // namespace tabulor

@@ -198,8 +198,9 @@ constexpr int kMaxValueBytes = 17;
 } // namespace
 
 SqliteSortKeys::SqliteSortKeys(std::shared_ptr<SqliteConnection> connection,
-                               QByteArray functionName)
-    : m_connection(std::move(connection)), m_functionName(std::move(functionName))
+                               QByteArray functionName, QString rowid)
+    : m_connection(std::move(connection)), m_functionName(std::move(functionName)),
+      m_rowid(std::move(rowid))
 {
 }
 
@@ -211,10 +212,23 @@ SqliteSortKeys::~SqliteSortKeys()
         m_second->removeFunction(m_functionName, arguments);
 }
 
-bool SqliteSortKeys::defineFunction(SqliteConnection& connection) const
+bool SqliteSortKeys::defineFunction(SqliteConnection& connection)
 {
     return connection.defineFunction(m_functionName, static_cast<int>(m_columns.size()) + 1,
-                                     &SqliteSortKeys::key, const_cast<SqliteSortKeys*>(this));
+                                     &SqliteSortKeys::key, this);
+}
+
+bool SqliteSortKeys::inBothHalves(const HalfWork& work, QString* error) const
+{
+    QString secondError;
+    bool secondDone = false;
+    std::thread second(
+        [&] { secondDone = work(1, m_second, m_rowid + QStringLiteral(" > ?1"), &secondError); });
+    const bool firstDone = work(0, m_connection, m_rowid + QStringLiteral(" <= ?1"), error);
+    second.join();
+    if (firstDone && !secondDone)
+        setError(error, secondError);
+    return firstDone && secondDone;
 }
 
 std::shared_ptr<SqliteSortKeys> SqliteSortKeys::define(std::shared_ptr<SqliteConnection> connection,
@@ -224,53 +238,44 @@ std::shared_ptr<SqliteSortKeys> SqliteSortKeys::define(std::shared_ptr<SqliteCon
 {
     static std::atomic<int> defined{0};
     const QByteArray name = "tabulor_sort_key_" + QByteArray::number(++defined);
-    std::shared_ptr<SqliteSortKeys> keys(new SqliteSortKeys(connection, name));
+    std::shared_ptr<SqliteSortKeys> keys(new SqliteSortKeys(connection, name, rowid));
     QStringList selected;
     for (const Column& column : columns) {
         selected.append(SqliteConnection::quotedIdentifier(column.name));
-        keys->m_columnNames.push_back(column.name);
-        keys->m_columns.push_back(KeyColumn{column.fieldType, column.descending, {}});
+        keys->m_columns.push_back(KeyColumn{column.name, column.fieldType, column.descending, {}});
     }
-    // A table with rows is read in two halves, by row number, each on a connection of its own.
     if (const std::optional<qint64> middle = tableMiddleRow(*connection, table, rowid)) {
         keys->m_second = connection->openAnother();
         keys->m_middle = *middle;
     }
 
-    // Each column's distinct texts, the two halves read by two threads.
+    // Each column's distinct texts, the halves of a split table read at once.
     const int count = static_cast<int>(columns.size());
     const QString scan = QStringLiteral("SELECT ") + selected.join(u',') +
                          QStringLiteral(" FROM ") + SqliteConnection::quotedIdentifier(table);
-    std::vector<QSet<QByteArray>> texts(columns.size());
-    if (count > 0 && keys->m_second) {
-        const QString half = scan + QStringLiteral(" WHERE ") + rowid;
-        std::vector<QSet<QByteArray>> secondHalf(columns.size());
-        QString secondError;
-        bool secondRead = false;
-        std::thread reader([&] {
-            secondRead = collectTexts(*keys->m_second, half + QStringLiteral(" > ?1"),
-                                      keys->m_middle, count, secondHalf, &secondError);
-        });
-        const bool firstRead = collectTexts(*connection, half + QStringLiteral(" <= ?1"),
-                                            keys->m_middle, count, texts, error);
-        reader.join();
-        if (!firstRead || !secondRead) {
-            if (firstRead)
-                setError(error, secondError);
-            return nullptr;
-        }
-        for (size_t c = 0; c < texts.size(); ++c)
-            texts[c].unite(secondHalf[c]);
-    } else if (count > 0 && !collectTexts(*connection, scan, std::nullopt, count, texts, error)) {
+    std::vector<QSet<QByteArray>> texts[2] = {std::vector<QSet<QByteArray>>(columns.size()),
+                                              std::vector<QSet<QByteArray>>(columns.size())};
+    const auto readHalf = [&](int half, const std::shared_ptr<SqliteConnection>& halfConnection,
+                              const QString& where, QString* halfError) {
+        return collectTexts(*halfConnection, scan + QStringLiteral(" WHERE ") + where,
+                            keys->m_middle, count, texts[half], halfError);
+    };
+    bool read = true;
+    if (count > 0 && keys->split())
+        read = keys->inBothHalves(readHalf, error);
+    else if (count > 0)
+        read = collectTexts(*connection, scan, std::nullopt, count, texts[0], error);
+    if (!read)
         return nullptr;
-    }
+    for (size_t c = 0; c < columns.size(); ++c)
+        texts[0][c].unite(texts[1][c]);
 
     // Rank the texts as the grid would: those a date field reads as dates are no texts.
-    for (size_t c = 0; c < texts.size(); ++c) {
+    for (size_t c = 0; c < columns.size(); ++c) {
         KeyColumn& column = keys->m_columns[c];
         std::vector<QByteArray> stored;
         QStringList words;
-        for (const QByteArray& bytes : std::as_const(texts[c])) {
+        for (const QByteArray& bytes : std::as_const(texts[0][c])) {
             const QString text = QString::fromUtf8(bytes);
             if (column.fieldType == FieldDate && parseIsoDateTime(text).isValid())
                 continue;
@@ -290,11 +295,11 @@ std::shared_ptr<SqliteSortKeys> SqliteSortKeys::define(std::shared_ptr<SqliteCon
     return keys;
 }
 
-QString SqliteSortKeys::keyOf(const QString& rowid) const
+QString SqliteSortKeys::keySql() const
 {
-    QString sql = QString::fromLatin1(m_functionName) + u'(' + rowid;
-    for (const QString& name : m_columnNames)
-        sql += u',' + SqliteConnection::quotedIdentifier(name);
+    QString sql = QString::fromLatin1(m_functionName) + u'(' + m_rowid;
+    for (const KeyColumn& column : m_columns)
+        sql += u',' + SqliteConnection::quotedIdentifier(column.name);
     return sql + u')';
 }
 

@@ -7,6 +7,7 @@
 #include <QHash>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -39,32 +40,41 @@ public:
     SqliteSortKeys(const SqliteSortKeys&) = delete;
     SqliteSortKeys& operator=(const SqliteSortKeys&) = delete;
 
-    // The SQL that gives a row's key, with rowid the name of the table's row number.
-    QString keyOf(const QString& rowid) const;
+    // The SQL that gives a row's key.
+    QString keySql() const;
 
-    // The table in two halves, for sorting each on a thread of its own: the rows up to and
-    // past middleRow(), the second half on secondConnection(), where the key function is
-    // defined too. No second connection when the table was not split.
-    const std::shared_ptr<SqliteConnection>& secondConnection() const { return m_second; }
+    // A table with rows is worked on in two halves at once, split by row number: the rows up
+    // to middleRow() on the first connection, the rest on a second one of their own, where
+    // the key function is defined too.
+    bool split() const { return m_second != nullptr; }
     qint64 middleRow() const { return m_middle; }
+    // Work on one half: its number (0 or 1), its connection and the condition that picks its
+    // rows, with ?1 standing for middleRow().
+    using HalfWork = std::function<bool(int half, const std::shared_ptr<SqliteConnection>&,
+                                        const QString& where, QString* error)>;
+    // Runs work on both halves, the second on a thread of its own; false with *error from a
+    // half that failed. Only for a split table.
+    bool inBothHalves(const HalfWork& work, QString* error) const;
 
 private:
     struct KeyColumn
     {
+        QString name;
         qint16 fieldType;
         bool descending;
         QHash<QByteArray, quint32> textRanks; // by the text's bytes as stored
     };
 
-    SqliteSortKeys(std::shared_ptr<SqliteConnection> connection, QByteArray functionName);
-    bool defineFunction(SqliteConnection& connection) const;
+    SqliteSortKeys(std::shared_ptr<SqliteConnection> connection, QByteArray functionName,
+                   QString rowid);
+    bool defineFunction(SqliteConnection& connection);
     static void key(sqlite3_context* context, int arguments, sqlite3_value** values);
 
     std::shared_ptr<SqliteConnection> m_connection;
     std::shared_ptr<SqliteConnection> m_second;
     qint64 m_middle = 0;
     QByteArray m_functionName;
-    std::vector<QString> m_columnNames;
+    QString m_rowid;
     std::vector<KeyColumn> m_columns;
 };
 

@@ -2,6 +2,7 @@
 
 #include "definition/DefaultStyle.h"
 #include "production/DatabaseLocation.h"
+#include "production/GridBodyRows.h"
 #include "production/ReportGridBuilder.h"
 #include "production/ReportRenderer.h"
 #include "production/StreamedBodyRows.h"
@@ -292,10 +293,11 @@ void ReportSession::resizeColumn(int gridColumn, float width)
 
 void ReportSession::RenderReport(PageDocument& document)
 {
-    renderRows(document, nullptr);
+    GridBodyRows rows(m_data.grid(), FormatLocale::fromQLocale(QLocale()));
+    renderRows(document, rows);
 }
 
-void ReportSession::renderRows(PageDocument& document, BodyRows* rows)
+void ReportSession::renderRows(PageDocument& document, BodyRows& rows)
 {
     Q_EMIT busyChanged(true);
     TokenContext context;
@@ -319,10 +321,7 @@ void ReportSession::renderRows(PageDocument& document, BodyRows* rows)
         if (d.OverlayHeadersAndFooters)
             renderer.OverlayHeadersAndFooters(d);
     };
-    if (rows)
-        renderer.RenderReport(document, *rows);
-    else
-        renderer.RenderReport(document);
+    renderer.RenderReport(document, rows);
     document.onNewPage = nullptr;
     document.onEndDoc = nullptr;
     Q_EMIT busyChanged(false);
@@ -338,7 +337,7 @@ void ReportSession::renderFullReport(PageDocument& document)
             *m_data.CurrentDatabase(), m_data.RecordSourceName(), m_data.grid(), m_definition,
             m_collator, FormatLocale::fromQLocale(QLocale()));
         if (streamed) {
-            renderRows(document, streamed.get());
+            renderRows(document, *streamed);
             return;
         }
     }

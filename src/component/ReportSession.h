@@ -110,8 +110,8 @@ Q_SIGNALS:
     void reportBuilt();
 
 private:
-    // RenderReport with body rows from elsewhere; null renders the grid's.
-    void renderRows(PageDocument& document, BodyRows* rows);
+    // RenderReport with the body rows given.
+    void renderRows(PageDocument& document, BodyRows& rows);
     bool ReadReportFile(const QString& path, const ProfileFile& file,
                         const std::optional<QString>& database);
     bool databaseOpens(const QString& name, const QString& definitionPath);

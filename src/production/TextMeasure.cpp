@@ -33,11 +33,6 @@ TextMeasure::TextMeasure(const QFont& font)
 {
 }
 
-std::optional<double> TextMeasure::lineWidth(const QString& text) const
-{
-    return measure(text, true);
-}
-
 double TextMeasure::width(const QString& text) const
 {
     return *measure(text, false);
@@ -90,7 +85,7 @@ qsizetype TextMeasure::appendLines(const QString& text, double width, bool wrap,
 {
     // Most cells are one line that fits. (Wrapping drops the blanks a text starts with.)
     if (!wrap || text.isEmpty() || text.front() != u' ') {
-        const std::optional<double> oneLine = lineWidth(text);
+        const std::optional<double> oneLine = measure(text, true);
         if (oneLine && *oneLine <= width) {
             out.append(text);
             return 1;

@@ -33,8 +33,6 @@ public:
     QString elided(const QString& text, double width) const;
 
 private:
-    // The width of text that holds no line break; nothing when it holds one.
-    std::optional<double> lineWidth(const QString& text) const;
     // The width of text; with oneLine, nothing when the text holds a line break.
     std::optional<double> measure(const QString& text, bool oneLine) const;
     // The longest start of text that fits width with "..." behind it, and the "...".

@@ -63,12 +63,7 @@ stop_server() {
     rm -rf "$dir" "$state"
 }
 
-free_port() {
-    python3 -c 'import socket
-s = socket.socket()
-s.bind(("127.0.0.1", 0))
-print(s.getsockname()[1])'
-}
+source "$(dirname "${BASH_SOURCE[0]}")/../support/free-port.sh"
 
 write_configuration() {
     local port=$1

@@ -559,25 +559,8 @@ std::optional<QList<QVariant>> firstValues(const Workspace& workspace, const QSt
         return std::nullopt;
     QList<QVariant> values;
     int result = SQLITE_ROW;
-    while ((result = sqlite3_step(statement.get())) == SQLITE_ROW) {
-        sqlite3_stmt* row = statement.get();
-        switch (sqlite3_column_type(row, 0)) {
-        case SQLITE_NULL:
-            values.append(QVariant());
-            break;
-        case SQLITE_INTEGER:
-            values.append(qint64(sqlite3_column_int64(row, 0)));
-            break;
-        case SQLITE_FLOAT:
-            values.append(sqlite3_column_double(row, 0));
-            break;
-        default:
-            values.append(
-                QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(row, 0)),
-                                  sqlite3_column_bytes(row, 0)));
-            break;
-        }
-    }
+    while ((result = sqlite3_step(statement.get())) == SQLITE_ROW)
+        values.append(columnValue(statement.get(), 0, FieldText));
     if (result != SQLITE_DONE) {
         *error = QString::fromUtf8(sqlite3_errmsg(workspace.engine()));
         return std::nullopt;

@@ -673,7 +673,8 @@ std::optional<QString> crosstabStatement(JetSqlTranslator& translator, const Wor
         if (value.isNull()) {
             name = QStringLiteral("<>");
             condition = QStringLiteral("(%1) IS NULL").arg(headingSql->sql);
-        } else if (value.metaType() == QMetaType::fromType<QString>()) {
+        } else if (value.typeId() == QMetaType::QString ||
+                   value.typeId() == QMetaType::QByteArray) {
             name = value.toString();
             condition = QStringLiteral("(%1) = '%2'")
                             .arg(headingSql->sql, QString(name).replace(u'\'', "''"));

@@ -117,8 +117,13 @@ bool ReportSession::ReadReportFile(const QString& path, const ProfileFile& file,
         database.value_or(ReadFileValue(file, u"RecordSource", u"DataBaseName"));
     const QString recordSource = ReadFileValue(file, u"RecordSource", u"RecordSource");
 
-    if (!m_data.hostRecordset() && !databaseOpens(databaseName, path))
-        return false;
+    // The database is opened once: checked here, then used.
+    std::unique_ptr<DataSource> opened;
+    if (!m_data.hostRecordset()) {
+        opened = openCheckedDatabase(databaseName, path);
+        if (!opened)
+            return false;
+    }
 
     DefinitionReadError readError;
     auto staged = readStagedDefinition(file, m_definition.styles, &readError);
@@ -129,7 +134,7 @@ bool ReportSession::ReadReportFile(const QString& path, const ProfileFile& file,
 
     m_definition.groups.clear();
     m_definition.details.clear();
-    OpenDataSource(databaseName, recordSource, path);
+    OpenDataSource(databaseName, recordSource, path, std::move(opened));
     m_definition.DataBaseName = databaseName;
     m_definition.RecordSource = recordSource;
     m_definition.global = staged->global;
@@ -141,17 +146,21 @@ bool ReportSession::ReadReportFile(const QString& path, const ProfileFile& file,
     return true;
 }
 
-bool ReportSession::databaseOpens(const QString& name, const QString& definitionPath)
+std::unique_ptr<DataSource> ReportSession::openCheckedDatabase(const QString& name,
+                                                               const QString& definitionPath)
 {
     QString error;
-    if (!name.isEmpty() && openDatabase(resolveDatabasePath(name, definitionPath), &error))
-        return true;
+    if (!name.isEmpty()) {
+        if (std::unique_ptr<DataSource> database =
+                openDatabase(resolveDatabasePath(name, definitionPath), &error))
+            return database;
+    }
     QString text =
         m_strings.text(Message::CANNOTOPENDATABASE) + QStringLiteral("\r\n") + quoted(name);
     if (!error.isEmpty())
         text += QStringLiteral("\r\n") + error;
     tellUser(text, PromptIcon::Warning);
-    return false;
+    return nullptr;
 }
 
 bool ReportSession::saveReportFile(const QString& path)
@@ -206,10 +215,11 @@ QString defaultFormat(qint16 fieldType)
 } // namespace
 
 void ReportSession::OpenDataSource(const QString& databasePath, const QString& recordSourceName,
-                                   const QString& definitionPath)
+                                   const QString& definitionPath,
+                                   std::unique_ptr<DataSource> opened)
 {
     Q_EMIT busyChanged(true);
-    m_data.OpenDataSource(databasePath, recordSourceName, definitionPath);
+    m_data.OpenDataSource(databasePath, recordSourceName, definitionPath, std::move(opened));
     rebuildReport();
     Q_EMIT busyChanged(false);
     UpdateStatus(QString());

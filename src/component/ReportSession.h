@@ -74,9 +74,11 @@ public:
     // Status and progress text; empty for the default status.
     void UpdateStatus(const QString& text);
 
-    // Opens a database and record source and rebuilds the report over it.
+    // Opens a database and record source and rebuilds the report over it; `opened` is the
+    // database when the caller has opened it already.
     void OpenDataSource(const QString& databasePath, const QString& recordSourceName,
-                        const QString& definitionPath = QString());
+                        const QString& definitionPath = QString(),
+                        std::unique_ptr<DataSource> opened = nullptr);
     // The user picked another record source: the field table starts again from its fields,
     // with nothing grouped or placed.
     void selectRecordSource(const QString& name);
@@ -114,7 +116,9 @@ private:
     void renderRows(PageDocument& document, BodyRows& rows);
     bool ReadReportFile(const QString& path, const ProfileFile& file,
                         const std::optional<QString>& database);
-    bool databaseOpens(const QString& name, const QString& definitionPath);
+    // The database a definition names, or null after telling the user why it cannot be opened.
+    std::unique_ptr<DataSource> openCheckedDatabase(const QString& name,
+                                                    const QString& definitionPath);
     void pumpEvents();
 
     ReportDefinition m_definition;

@@ -15,7 +15,7 @@ void ReportData::reset()
 }
 
 void ReportData::OpenDataSource(const QString& databasePath, const QString& recordSourceName,
-                                const QString& definitionPath)
+                                const QString& definitionPath, std::unique_ptr<DataSource> opened)
 {
     m_recordSources.clear();
     m_selectedRecordSource = -1;
@@ -31,7 +31,9 @@ void ReportData::OpenDataSource(const QString& databasePath, const QString& reco
         m_recordSourceOpen = true;
     } else if (!databasePath.isEmpty()) {
         QString error;
-        m_database = openDatabase(resolveDatabasePath(databasePath, definitionPath), &error);
+        m_database = opened
+                         ? std::move(opened)
+                         : openDatabase(resolveDatabasePath(databasePath, definitionPath), &error);
         if (!m_database) {
             m_databasePath.clear();
             m_recordSourceName.clear();

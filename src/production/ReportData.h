@@ -19,10 +19,12 @@ public:
     static constexpr qsizetype kWorkingViewRows = 250;
 
     // Replaces the current source. definitionPath locates a database given by a relative path
-    // or found beside the definition. A database or record source that cannot be opened is
-    // not reported here: the grid stays empty and RecordSourceOpen() false.
+    // or found beside the definition; `opened` is that database when the caller has opened it
+    // already. A database or record source that cannot be opened is not reported here: the
+    // grid stays empty and RecordSourceOpen() false.
     void OpenDataSource(const QString& databasePath, const QString& recordSourceName,
-                        const QString& definitionPath = QString());
+                        const QString& definitionPath = QString(),
+                        std::unique_ptr<DataSource> opened = nullptr);
 
     // Fills the grid from the current source: at most 250 rows unless UnlimitedRows is set.
     void LoadRowsIntoGrid();

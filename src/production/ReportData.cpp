@@ -39,11 +39,8 @@ void ReportData::OpenDataSource(const QString& databasePath, const QString& reco
             m_recordSourceName.clear();
         } else {
             m_databaseShortName = databaseShortName(databasePath);
-            if (!recordSourceName.isEmpty()) {
-                // Opening the record source once tells whether it can be read at all.
-                m_recordSourceOpen =
-                    m_database->openRecordSource(recordSourceName, 0, &error) != nullptr;
-            }
+            // Loading the rows below tells whether the record source can be read at all.
+            m_recordSourceOpen = !recordSourceName.isEmpty();
             m_recordSources = m_database->recordSources();
             for (int i = 0; i < m_recordSources.size(); ++i) {
                 if (m_recordSources.at(i).name == recordSourceName) {
@@ -76,8 +73,10 @@ void ReportData::LoadRowsIntoGrid()
     std::unique_ptr<Recordset> records = m_database->openRecordSource(
         m_recordSourceName, recordLimit < 0 ? std::nullopt : std::optional<qint64>(recordLimit),
         &error);
-    if (!records)
+    if (!records) {
+        m_recordSourceOpen = false;
         return;
+    }
     copyRows(*records, recordLimit);
     const qint64 loadedRecords = m_grid.recordCount();
     qint64 totalRecords = loadedRecords;

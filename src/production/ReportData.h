@@ -26,7 +26,8 @@ public:
                         const QString& definitionPath = QString(),
                         std::unique_ptr<DataSource> opened = nullptr);
 
-    // Fills the grid from the current source: at most 250 rows unless UnlimitedRows is set.
+    // Fills the grid from the current source: at most 250 rows unless UnlimitedRows is set. A
+    // record source that cannot be opened leaves RecordSourceOpen() false.
     void LoadRowsIntoGrid();
     void LoadRowsFromRecordset();
 

@@ -2,6 +2,7 @@
 #include "app/PrintCommand.h"
 
 #include "component/ReportSession.h"
+#include "production/BackgroundPageSink.h"
 #include "production/PageOutput.h"
 #include "production/PdfPageSink.h"
 
@@ -101,8 +102,10 @@ int runRender(const QStringList& arguments)
         }
         writer.begin(QFileInfo(path).fileName());
         PdfPageSink sink(writer);
-        document.setSink(&sink);
+        BackgroundPageSink background(sink);
+        document.setSink(&background);
         session.renderFullReport(document);
+        background.finish();
         if (document.stopped())
             return kExitFailed;
         written = sink.error().isEmpty() ? writer.finish(&error) : false;

@@ -5,7 +5,6 @@
 #include "production/SqliteValues.h"
 
 #include <QDateTime>
-#include <QSet>
 
 #include <sqlite3.h>
 
@@ -81,7 +80,7 @@ void putSigned(KeyWriter& key, KeyKind kind, qint64 value)
 }
 
 // One column's value in the key: texts by their rank, the rest as the grid would read them.
-void putValue(KeyWriter& key, qint16 fieldType, const QHash<QByteArray, quint32>& textRanks,
+void putValue(KeyWriter& key, qint16 fieldType, const ByteTextTable& textRanks,
               sqlite3_value* value, qint64 rowid)
 {
     switch (sqlite3_value_type(value)) {
@@ -103,11 +102,11 @@ void putValue(KeyWriter& key, qint16 fieldType, const QHash<QByteArray, quint32>
         break;
     case SQLITE_TEXT: {
         const auto* data = reinterpret_cast<const char*>(sqlite3_value_text(value));
-        const auto found =
-            textRanks.constFind(QByteArray::fromRawData(data, sqlite3_value_bytes(value)));
-        if (found != textRanks.cend()) {
+        const quint32 rank =
+            textRanks.find(std::string_view(data, static_cast<size_t>(sqlite3_value_bytes(value))));
+        if (rank != ByteTextTable::kAbsent) {
             key.kind(KeyText);
-            key.put(*found, 4);
+            key.put(rank, 4);
             return;
         }
         break;
@@ -164,7 +163,7 @@ std::optional<qint64> tableMiddleRow(const SqliteConnection& connection, const Q
 // Adds the texts of the first `count` columns of the rows the query gives to `texts`, with
 // ?1 bound to `bound` when given.
 bool collectTexts(const SqliteConnection& connection, const QString& query,
-                  std::optional<qint64> bound, int count, std::vector<QSet<QByteArray>>& texts,
+                  std::optional<qint64> bound, int count, std::vector<ByteTextTable>& texts,
                   QString* error)
 {
     const SqliteStatement scan = connection.prepare(query, error);
@@ -178,11 +177,9 @@ bool collectTexts(const SqliteConnection& connection, const QString& query,
             if (sqlite3_column_type(scan.get(), c) != SQLITE_TEXT)
                 continue;
             const auto* data = reinterpret_cast<const char*>(sqlite3_column_text(scan.get(), c));
-            const QByteArray bytes =
-                QByteArray::fromRawData(data, sqlite3_column_bytes(scan.get(), c));
-            QSet<QByteArray>& seen = texts[static_cast<size_t>(c)];
-            if (!seen.contains(bytes))
-                seen.insert(QByteArray(bytes.constData(), bytes.size()));
+            texts[static_cast<size_t>(c)].insert(
+                std::string_view(data, static_cast<size_t>(sqlite3_column_bytes(scan.get(), c))),
+                0);
         }
     }
     if (result != SQLITE_DONE) {
@@ -253,8 +250,8 @@ std::shared_ptr<SqliteSortKeys> SqliteSortKeys::define(std::shared_ptr<SqliteCon
     const int count = static_cast<int>(columns.size());
     const QString scan = QStringLiteral("SELECT ") + selected.join(u',') +
                          QStringLiteral(" FROM ") + SqliteConnection::quotedIdentifier(table);
-    std::vector<QSet<QByteArray>> texts[2] = {std::vector<QSet<QByteArray>>(columns.size()),
-                                              std::vector<QSet<QByteArray>>(columns.size())};
+    std::vector<ByteTextTable> texts[2] = {std::vector<ByteTextTable>(columns.size()),
+                                           std::vector<ByteTextTable>(columns.size())};
     const auto readHalf = [&](int half, const std::shared_ptr<SqliteConnection>& halfConnection,
                               const QString& where, QString* halfError) {
         return collectTexts(*halfConnection, scan + QStringLiteral(" WHERE ") + where,
@@ -267,16 +264,21 @@ std::shared_ptr<SqliteSortKeys> SqliteSortKeys::define(std::shared_ptr<SqliteCon
         read = collectTexts(*connection, scan, std::nullopt, count, texts[0], error);
     if (!read)
         return nullptr;
-    for (size_t c = 0; c < columns.size(); ++c)
-        texts[0][c].unite(texts[1][c]);
+    for (size_t c = 0; c < columns.size(); ++c) {
+        for (qsizetype t = 0; t < texts[1][c].size(); ++t)
+            texts[0][c].insert(texts[1][c].text(t), 0);
+    }
 
     // Rank the texts as the grid would: those a date field reads as dates are no texts.
     for (size_t c = 0; c < columns.size(); ++c) {
         KeyColumn& column = keys->m_columns[c];
-        std::vector<QByteArray> stored;
+        std::vector<std::string_view> stored;
         QStringList words;
-        for (const QByteArray& bytes : std::as_const(texts[0][c])) {
-            const QString text = QString::fromUtf8(bytes);
+        const ByteTextTable& distinct = texts[0][c];
+        for (qsizetype t = 0; t < distinct.size(); ++t) {
+            const std::string_view bytes = distinct.text(t);
+            const QString text =
+                QString::fromUtf8(QByteArrayView(bytes.data(), qsizetype(bytes.size())));
             if (column.fieldType == FieldDate && parseIsoDateTime(text).isValid())
                 continue;
             stored.push_back(bytes);

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "production/ByteTextTable.h"
 #include "production/SqliteConnection.h"
 
 #include <QByteArray>
 #include <QCollator>
-#include <QHash>
 #include <QString>
 
 #include <functional>
@@ -62,7 +62,7 @@ private:
         QString name;
         qint16 fieldType;
         bool descending;
-        QHash<QByteArray, quint32> textRanks; // by the text's bytes as stored
+        ByteTextTable textRanks; // by the text's bytes as stored
     };
 
     SqliteSortKeys(std::shared_ptr<SqliteConnection> connection, QByteArray functionName,

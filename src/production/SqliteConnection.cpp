@@ -35,7 +35,8 @@ std::shared_ptr<SqliteConnection> SqliteConnection::openReadOnly(const QString& 
         QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()).toEncoded() + "?mode=ro";
     sqlite3* handle = nullptr;
     const int opened =
-        sqlite3_open_v2(uri.constData(), &handle, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, nullptr);
+        sqlite3_open_v2(uri.constData(), &handle,
+                        SQLITE_OPEN_READONLY | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX, nullptr);
     // The connection owns the handle from here, even a failed one, which must be closed too.
     std::shared_ptr<SqliteConnection> connection(new SqliteConnection(handle));
     QString problem;

@@ -27,7 +27,9 @@ inline void setError(QString* error, const QString& message)
 }
 
 // One read-only connection to a database file. The data source and every cursor opened on it
-// share it, so a cursor stays usable after its data source is gone.
+// share it, so a cursor stays usable after its data source is gone. A connection is used by
+// one thread at a time (work beside it gets a connection of its own), so the engine does not
+// lock it on every call.
 class SqliteConnection
 {
 public:

@@ -23,12 +23,67 @@ void ColumnCells::append(const QVariant& value)
     m_cells.push_back(fromVariant(value));
 }
 
+void ColumnCells::append(const Recordset& records, int field)
+{
+    std::string_view utf8;
+    if (!records.utf8Text(field, &utf8)) {
+        append(records.value(field));
+        return;
+    }
+    quint32 id = m_utf8TextIds.find(utf8);
+    if (id == ByteTextTable::kAbsent) {
+        const QString text = QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+        id = textCell(text).textId;
+        m_utf8TextIds.insert(utf8, id);
+    }
+    CellValue cell;
+    cell.kind = CellValue::Text;
+    cell.textId = id;
+    m_cells.push_back(cell);
+}
+
 void ColumnCells::clear()
 {
     m_cells.clear();
     m_texts.clear();
     m_textIds.clear();
+    m_utf8TextIds = ByteTextTable();
     m_others.clear();
+    ++m_textNumbering;
+}
+
+void ColumnCells::keep(const std::vector<qint32>& records)
+{
+    // Past this many texts the dictionary starts again from the records kept.
+    constexpr qsizetype kMaxKeptTexts = 16384;
+    if (m_texts.size() > kMaxKeptTexts || !m_others.isEmpty()) {
+        ColumnCells kept;
+        kept.reserve(size());
+        for (qint32 record : records)
+            kept.append(value(record));
+        kept.m_textNumbering = m_textNumbering + 1;
+        *this = std::move(kept);
+        return;
+    }
+    std::vector<CellValue> cells;
+    // As many records are likely to follow as were there before.
+    cells.reserve(m_cells.size());
+    for (qint32 record : records)
+        cells.push_back(m_cells[static_cast<size_t>(record)]);
+    m_cells = std::move(cells);
+}
+
+CellValue ColumnCells::textCell(const QString& text)
+{
+    auto found = m_textIds.constFind(text);
+    if (found == m_textIds.cend()) {
+        found = m_textIds.insert(text, static_cast<quint32>(m_texts.size()));
+        m_texts.append(text);
+    }
+    CellValue cell;
+    cell.kind = CellValue::Text;
+    cell.textId = *found;
+    return cell;
 }
 
 CellValue ColumnCells::fromVariant(const QVariant& value)
@@ -60,18 +115,8 @@ CellValue ColumnCells::fromVariant(const QVariant& value)
         return numberCell(CellValue::DateTime, value.toDateTime().toMSecsSinceEpoch());
     case QMetaType::QTime:
         return numberCell(CellValue::Time, value.toTime().msecsSinceStartOfDay());
-    case QMetaType::QString: {
-        const QString text = value.toString();
-        auto found = m_textIds.constFind(text);
-        if (found == m_textIds.cend()) {
-            found = m_textIds.insert(text, static_cast<quint32>(m_texts.size()));
-            m_texts.append(text);
-        }
-        CellValue cell;
-        cell.kind = CellValue::Text;
-        cell.textId = *found;
-        return cell;
-    }
+    case QMetaType::QString:
+        return textCell(value.toString());
     default:
         break;
     }

@@ -11,6 +11,7 @@ GridText::GridText(const OutlineGrid& grid, FormatLocale locale)
     for (int c = 0; c < grid.columnCount(); ++c)
         m_formats.emplace_back(grid.column(c).format);
     m_formattedTexts.resize(m_formats.size());
+    m_textNumbering.resize(m_formats.size());
 }
 
 QString GridText::format(const QVariant& value, int gridColumn) const
@@ -24,8 +25,13 @@ QString GridText::recordText(qint32 record, int gridColumn) const
     if (cell.kind != CellValue::Text)
         return format(m_grid.value(record, gridColumn), gridColumn);
     std::vector<QString>& cache = m_formattedTexts[static_cast<size_t>(gridColumn)];
+    const ColumnCells& cells = m_grid.cells(gridColumn);
+    if (m_textNumbering[static_cast<size_t>(gridColumn)] != cells.textNumbering()) {
+        m_textNumbering[static_cast<size_t>(gridColumn)] = cells.textNumbering();
+        cache.clear();
+    }
     if (cache.size() <= cell.textId)
-        cache.resize(static_cast<size_t>(m_grid.cells(gridColumn).texts().size()));
+        cache.resize(static_cast<size_t>(cells.texts().size()));
     QString& text = cache[cell.textId];
     if (text.isNull()) {
         text = format(m_grid.value(record, gridColumn), gridColumn);
@@ -59,12 +65,6 @@ QString GridText::cellText(const GridRow& row, int gridColumn) const
                                                           : format(value, gridColumn);
     }
     return QString();
-}
-
-void GridText::forgetTexts()
-{
-    for (std::vector<QString>& texts : m_formattedTexts)
-        texts.clear();
 }
 
 QStringList GridText::rowTexts(const GridRow& row) const

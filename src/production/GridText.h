@@ -19,8 +19,6 @@ public:
     QString cellText(const GridRow& row, int gridColumn) const;
     // The texts of a row in report column order.
     QStringList rowTexts(const GridRow& row) const;
-    // The grid's records were replaced: the texts formatted so far belong to them.
-    void forgetTexts();
 
 private:
     QString format(const QVariant& value, int gridColumn) const;
@@ -31,8 +29,10 @@ private:
     const OutlineGrid& m_grid;
     FormatLocale m_locale;
     std::vector<DisplayFormat> m_formats; // per grid column
-    // Per grid column, the formatted texts of its dictionary by text number; null: not yet.
+    // Per grid column, the formatted texts of its dictionary by text number (null: not yet),
+    // and the numbering of the texts they were formatted for.
     mutable std::vector<std::vector<QString>> m_formattedTexts;
+    mutable std::vector<quint32> m_textNumbering;
 };
 
 } // namespace tabulor

@@ -25,6 +25,13 @@ void OutlineGrid::appendRow(const QList<QVariant>& cells)
     m_rows.push_back(row);
 }
 
+void OutlineGrid::appendRow(const Recordset& records)
+{
+    GridRow row;
+    row.record = appendRecord(records);
+    m_rows.push_back(row);
+}
+
 qint32 OutlineGrid::appendRecord(const QList<QVariant>& cells)
 {
     for (int c = 0; c < columnCount(); ++c)
@@ -32,16 +39,17 @@ qint32 OutlineGrid::appendRecord(const QList<QVariant>& cells)
     return static_cast<qint32>(m_recordCount++);
 }
 
+qint32 OutlineGrid::appendRecord(const Recordset& records)
+{
+    for (int c = 0; c < columnCount(); ++c)
+        m_cells[c].append(records, c);
+    return static_cast<qint32>(m_recordCount++);
+}
+
 void OutlineGrid::keepRecords(const std::vector<qint32>& records)
 {
-    std::vector<ColumnCells> kept(m_cells.size());
-    for (size_t c = 0; c < m_cells.size(); ++c) {
-        // As many records are likely to follow as were there before.
-        kept[c].reserve(m_cells[c].size());
-        for (qint32 record : records)
-            kept[c].append(m_cells[c].value(record));
-    }
-    m_cells = std::move(kept);
+    for (ColumnCells& cells : m_cells)
+        cells.keep(records);
     m_recordCount = static_cast<qsizetype>(records.size());
     m_rows.clear();
     m_totalValues.clear();

@@ -59,8 +59,12 @@ public:
 
     // Appends one record and a body row showing it; missing cells are empty.
     void appendRow(const QList<QVariant>& cells);
+    // Appends the current record of records, whose fields are the grid's columns, and a body
+    // row showing it.
+    void appendRow(const Recordset& records);
     // Appends one record without a body row; returns its number.
     qint32 appendRecord(const QList<QVariant>& cells);
+    qint32 appendRecord(const Recordset& records);
     // Keeps only these records, numbered anew in this order, and drops the body rows and their
     // totals: a report that streams its records keeps just what its open groups refer to.
     void keepRecords(const std::vector<qint32>& records);

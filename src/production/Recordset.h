@@ -3,6 +3,8 @@
 #include <QString>
 #include <QVariant>
 
+#include <string_view>
+
 namespace tabulor {
 
 // A forward-only cursor over rows: what the report reads from a database record source and
@@ -24,6 +26,15 @@ public:
     virtual bool atEnd() const = 0;
     // The current record's value of a field; a null QVariant for an empty value.
     virtual QVariant value(int field) const = 0;
+    // The current record's value of a field as UTF-8 bytes, valid until the cursor moves, when
+    // value() would give exactly that text; false for any other value, which value() gives.
+    // Lets a long read skip making a string of every text it has seen before.
+    virtual bool utf8Text(int field, std::string_view* text) const
+    {
+        Q_UNUSED(field);
+        Q_UNUSED(text);
+        return false;
+    }
 
     // The number of records as far as the source knows it now (may be an estimate).
     virtual qint64 recordCount() const = 0;

@@ -115,12 +115,9 @@ void ReportData::copyRows(Recordset& source, qsizetype recordLimit)
     m_grid.setColumns(columns);
 
     // A failed move ends the copy; the rows copied so far stay.
-    QList<QVariant> cells(fieldCount);
     bool ok = source.moveFirst();
     while (ok && !source.atEnd() && (recordLimit < 0 || m_grid.recordCount() < recordLimit)) {
-        for (int i = 0; i < fieldCount; ++i)
-            cells[i] = source.value(i);
-        m_grid.appendRow(cells);
+        m_grid.appendRow(source);
         ok = source.moveNext();
     }
 }

@@ -52,4 +52,9 @@ QVariant SqliteMergedRecordset::value(int field) const
     return m_current ? m_current->value(field) : QVariant();
 }
 
+bool SqliteMergedRecordset::utf8Text(int field, std::string_view* text) const
+{
+    return m_current && m_current->utf8Text(field, text);
+}
+
 } // namespace tabulor

@@ -24,6 +24,7 @@ public:
     bool moveNext() override;
     bool atEnd() const override { return m_current == nullptr; }
     QVariant value(int field) const override;
+    bool utf8Text(int field, std::string_view* text) const override;
     qint64 recordCount() const override { return m_first->recordCount(); }
 
 private:

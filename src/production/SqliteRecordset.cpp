@@ -1,5 +1,6 @@
 #include "production/SqliteRecordset.h"
 
+#include "production/FieldType.h"
 #include "production/SqliteValues.h"
 
 #include <sqlite3.h>
@@ -128,6 +129,19 @@ QVariant SqliteRecordset::value(int field) const
     if (m_atEnd || field < 0 || field >= m_types.size())
         return {};
     return columnValue(m_statement.get(), field, m_types[field]);
+}
+
+bool SqliteRecordset::utf8Text(int field, std::string_view* text) const
+{
+    // A date field reads texts that look like dates as dates.
+    if (m_atEnd || field < 0 || field >= m_types.size() || m_types[field] == FieldDate ||
+        sqlite3_column_type(m_statement.get(), field) != SQLITE_TEXT)
+        return false;
+    // The pointer first, then the size.
+    const auto* data = reinterpret_cast<const char*>(sqlite3_column_text(m_statement.get(), field));
+    *text =
+        std::string_view(data, static_cast<size_t>(sqlite3_column_bytes(m_statement.get(), field)));
+    return true;
 }
 
 qint64 SqliteRecordset::recordCount() const

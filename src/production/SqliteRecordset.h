@@ -40,6 +40,7 @@ public:
     bool moveNext() override;
     bool atEnd() const override { return m_atEnd; }
     QVariant value(int field) const override;
+    bool utf8Text(int field, std::string_view* text) const override;
 
     // The rows of the source, cut to the row limit, counted once on first request; never
     // less than the rows read so far.

@@ -32,13 +32,6 @@ bool sameFields(const Recordset& records, const OutlineGrid& grid)
     return true;
 }
 
-// Reads the current record's values.
-void readRecord(const Recordset& records, QList<QVariant>& cells)
-{
-    for (int f = 0; f < cells.size(); ++f)
-        cells[f] = records.value(f);
-}
-
 } // namespace
 
 std::unique_ptr<StreamedBodyRows>
@@ -86,11 +79,9 @@ bool StreamedBodyRows::readGrandTotals(DataSource& database, const QString& reco
         database.openRecordSource(recordSource, std::nullopt, &error);
     if (!records || !sameFields(*records, m_chunk))
         return false;
-    QList<QVariant> cells(m_chunk.columnCount());
     bool ok = records->moveFirst();
     while (ok && !records->atEnd()) {
-        readRecord(*records, cells);
-        const qint32 record = m_chunk.appendRecord(cells);
+        const qint32 record = m_chunk.appendRecord(*records);
         for (size_t t = 0; t < totals.size(); ++t) {
             if (totals[t].aggregate == AggregatePercent)
                 all[t].add(m_chunk.cell(record, totals[t].column));
@@ -131,11 +122,9 @@ void StreamedBodyRows::produceRows(BoundedQueue<std::vector<BodyRow>>& queue)
 {
     GroupedRows grouped(m_chunk, m_grandTotals);
     GridText text(m_chunk, m_locale);
-    QList<QVariant> cells(m_chunk.columnCount());
     bool ok = !m_records->atEnd();
     while (ok) {
-        readRecord(*m_records, cells);
-        grouped.add(m_chunk.appendRecord(cells));
+        grouped.add(m_chunk.appendRecord(*m_records));
         if (m_chunk.recordCount() >= kChunkRecords && !queue.push(takeRows(grouped, text)))
             return;
         ok = m_records->moveNext() && !m_records->atEnd();
@@ -154,7 +143,6 @@ std::vector<BodyRow> StreamedBodyRows::takeRows(GroupedRows& grouped, GridText& 
     }
     const std::vector<qint32> retained = grouped.retainedRecords();
     m_chunk.keepRecords(retained);
-    text.forgetTexts();
     grouped.renumber(retained);
     return rows;
 }

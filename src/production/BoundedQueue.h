@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -14,17 +15,24 @@ namespace tabulor {
 template <typename T> class BoundedQueue
 {
 public:
-    explicit BoundedQueue(size_t capacity) : m_capacity(capacity) {}
+    explicit BoundedQueue(size_t capacity)
+        : m_capacity(std::max<size_t>(capacity, 1)), m_batch(std::max<size_t>(m_capacity / 2, 1))
+    {
+    }
 
     // Waits for room; false when the consumer cancelled.
     bool push(T item)
     {
         std::unique_lock lock(m_mutex);
-        m_changed.wait(lock, [&] { return m_cancelled || m_items.size() < m_capacity; });
+        if (m_items.size() >= m_capacity) {
+            m_changed.wait(lock,
+                           [&] { return m_cancelled || m_items.size() + m_batch <= m_capacity; });
+        }
         if (m_cancelled)
             return false;
         m_items.push_back(std::move(item));
-        m_changed.notify_all();
+        if (m_items.size() >= m_batch)
+            m_changed.notify_all();
         return true;
     }
 
@@ -39,12 +47,16 @@ public:
     std::optional<T> pop()
     {
         std::unique_lock lock(m_mutex);
-        m_changed.wait(lock, [&] { return m_cancelled || m_closed || !m_items.empty(); });
+        if (m_items.empty()) {
+            m_changed.wait(lock,
+                           [&] { return m_cancelled || m_closed || m_items.size() >= m_batch; });
+        }
         if (m_cancelled || m_items.empty())
             return std::nullopt;
         T item = std::move(m_items.front());
         m_items.pop_front();
-        m_changed.notify_all();
+        if (m_items.size() + m_batch <= m_capacity)
+            m_changed.notify_all();
         return item;
     }
 
@@ -64,6 +76,10 @@ public:
 
 private:
     const size_t m_capacity;
+    // A side that has to wait sleeps until this many items, or this much room, are there for
+    // it: the threads then hand over a batch per wake-up instead of a single item, because
+    // waking a thread costs more than handing over a page.
+    const size_t m_batch;
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;
     std::deque<T> m_items;

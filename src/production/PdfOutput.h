@@ -6,7 +6,10 @@
 #include <QString>
 
 #include <memory>
+#include <string>
 #include <vector>
+
+struct libdeflate_compressor;
 
 namespace tabulor {
 
@@ -30,8 +33,7 @@ public:
     // Starts writing object number; its body goes into the returned buffer until endObject().
     PdfBuffer& beginObject(int number);
     void endObject();
-    // A stream object compressed with Flate; entries are extra dictionary entries. The data is
-    // copied: streams are compressed on another thread and written a little later.
+    // A stream object compressed with Flate; entries are extra dictionary entries.
     void writeStream(int number, QByteArrayView data, QByteArrayView entries = {});
 
     bool failed() const { return !m_error.isEmpty(); }
@@ -46,11 +48,12 @@ private:
     qint64 position() const { return m_flushed + m_out.size(); }
     void flush();
     void fail(const QString& reason);
-    // Writes the streams compressed so far, waiting while more than keep are queued.
-    void writeCompressed(size_t keep);
-
-    struct Compressor;
-    std::unique_ptr<Compressor> m_compressor;
+    struct CompressorDeleter
+    {
+        void operator()(libdeflate_compressor* compressor) const;
+    };
+    std::unique_ptr<libdeflate_compressor, CompressorDeleter> m_compressor;
+    std::string m_packed; // a stream compressed
     QString m_path;
     QSaveFile m_file;
     PdfBuffer m_out;

@@ -1,4 +1,5 @@
 #include "production/Aggregate.h"
+#include "production/BackgroundPageSink.h"
 #include "production/PageOutput.h"
 #include "production/PdfPageSink.h"
 #include "production/ReportData.h"
@@ -87,15 +88,18 @@ TEST(PdfPaths, TheDirectWriterAndThePainterGiveTheSameTextAndPages)
         writePainterPdf(kept.pages(), painted, QStringLiteral("order lines"), kept.fonts(), &error))
         << error.toStdString();
 
-    // The same report streamed into the direct writer while it is laid out.
+    // The same report streamed into the direct writer while it is laid out, each page written
+    // on a thread of its own, the overlays with the page count last.
     const QString direct = dir.filePath(QStringLiteral("direct.pdf"));
     PdfWriter writer;
     ASSERT_TRUE(writer.open(direct, &error)) << error.toStdString();
     writer.begin(QStringLiteral("order lines"));
     PdfPageSink sink(writer);
+    BackgroundPageSink background(sink);
     PageDocument streamed;
-    streamed.setSink(&sink);
+    streamed.setSink(&background);
     report.render(streamed);
+    background.finish();
     ASSERT_TRUE(writer.finish(&error)) << error.toStdString();
     EXPECT_TRUE(sink.error().isEmpty()) << sink.error().toStdString();
     EXPECT_TRUE(streamed.pages().empty()); // nothing was kept

@@ -1,12 +1,8 @@
 #include "production/Aggregate.h"
-#include "production/ReportData.h"
 #include "production/ReportGridBuilder.h"
-#include "production/ReportRenderer.h"
-#include "production/StreamedBodyRows.h"
 
+#include "../BothWaysReport.h"
 #include "../SqliteFixture.h"
-
-#include <QLocale>
 
 #include <gtest/gtest.h>
 
@@ -57,81 +53,21 @@ ReportDefinition definition()
     return d;
 }
 
-TokenContext context()
-{
-    TokenContext c;
-    c.recordSource = QStringLiteral("t");
-    c.locale = FormatLocale::fromQLocale(QLocale(QLocale::English));
-    return c;
-}
-
-// Everything a page shows, item by item.
-QStringList pageItems(const PageDisplayList& page)
-{
-    QStringList items;
-    for (const DisplayItem& item : page.items) {
-        if (const auto* run = std::get_if<TextRun>(&item)) {
-            items.append(QStringLiteral("text %1 %2 %3 %4")
-                             .arg(run->text)
-                             .arg(run->origin.x())
-                             .arg(run->origin.y())
-                             .arg(run->font.bold));
-        } else if (const auto* fill = std::get_if<Fill>(&item)) {
-            items.append(QStringLiteral("fill %1 %2").arg(fill->rect.y()).arg(fill->rect.height()));
-        } else if (const auto* rule = std::get_if<Rule>(&item)) {
-            items.append(QStringLiteral("rule %1").arg(rule->line.y1()));
-        }
-    }
-    return items;
-}
-
 } // namespace
 
 TEST(StreamedRows, GiveTheSamePagesAsTheReportBuiltInMemory)
 {
     ScratchDatabase db(kScript);
-    const ReportDefinition d = definition();
-    const QCollator collator{QLocale(QLocale::English)};
-
-    ReportData everything;
-    everything.setUnlimitedRows(true);
-    everything.OpenDataSource(db.path(), QStringLiteral("t"));
-    ASSERT_EQ(everything.grid().recordCount(), 5000);
-    buildReportGrid(everything.grid(), d, collator);
-    PageDocument built;
-    built.OverlayHeadersAndFooters = true;
-    ReportRenderer fromMemory(d, everything.grid(), context());
-    built.onEndDoc = [&](PageDocument& doc) { fromMemory.OverlayHeadersAndFooters(doc); };
-    fromMemory.RenderReport(built);
-
-    ReportData workingView;
-    workingView.OpenDataSource(db.path(), QStringLiteral("t"));
-    ASSERT_EQ(workingView.grid().recordCount(), 249);
-    buildReportGrid(workingView.grid(), d, collator);
-    const auto rows = StreamedBodyRows::open(*workingView.CurrentDatabase(), QStringLiteral("t"),
-                                             workingView.grid(), d, collator, context().locale);
-    ASSERT_TRUE(rows);
-    PageDocument streamed;
-    streamed.OverlayHeadersAndFooters = true;
-    ReportRenderer fromStream(d, workingView.grid(), context());
-    streamed.onEndDoc = [&](PageDocument& doc) { fromStream.OverlayHeadersAndFooters(doc); };
-    fromStream.RenderReport(streamed, *rows);
-
-    ASSERT_GT(built.PageCount(), 20);
-    ASSERT_EQ(streamed.PageCount(), built.PageCount());
-    for (int p = 0; p < built.PageCount(); ++p)
-        ASSERT_EQ(pageItems(streamed.pages()[p]), pageItems(built.pages()[p])) << "page " << p + 1;
+    const BothWaysReport report = renderBothWays(db.path(), QStringLiteral("t"), definition());
+    ASSERT_EQ(report.records, 5000);
+    ASSERT_TRUE(report.streamed);
+    ASSERT_GT(report.builtPages.size(), 20u);
+    EXPECT_EQ(report.streamedPages, report.builtPages);
 }
 
 TEST(StreamedRows, OnlyTablesOfDatabasesThatSortAreStreamed)
 {
     ScratchDatabase db(kScript);
-    const ReportDefinition d = definition();
-    const QCollator collator{QLocale(QLocale::English)};
-    ReportData view;
-    view.OpenDataSource(db.path(), QStringLiteral("v"));
-    buildReportGrid(view.grid(), d, collator);
     // A view has no row order of its own for ties to keep.
-    EXPECT_FALSE(StreamedBodyRows::open(*view.CurrentDatabase(), QStringLiteral("v"), view.grid(),
-                                        d, collator, context().locale));
+    EXPECT_FALSE(renderBothWays(db.path(), QStringLiteral("v"), definition()).streamed);
 }

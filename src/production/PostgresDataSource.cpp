@@ -2,6 +2,7 @@
 
 #include "production/PostgresConnection.h"
 #include "production/PostgresRecordset.h"
+#include "production/PostgresSortOrder.h"
 #include "production/SqliteConnection.h"
 
 #include <libpq-fe.h>
@@ -85,7 +86,7 @@ std::optional<PostgresRelation> PostgresDataSource::relation(const QString& name
     QString problem;
     const PostgresResult result =
         m_catalog->run("SELECT n.nspname, c.relname, a.attname, "
-                       "COALESCE(NULLIF(t.typbasetype, 0), a.atttypid) "
+                       "COALESCE(NULLIF(t.typbasetype, 0), a.atttypid), c.relkind IN ('r', 'm') "
                        "FROM pg_catalog.pg_class c "
                        "JOIN pg_catalog.pg_namespace n ON n.oid = c.relnamespace "
                        "LEFT JOIN pg_catalog.pg_attribute a "
@@ -100,7 +101,10 @@ std::optional<PostgresRelation> PostgresDataSource::relation(const QString& name
                                : QStringLiteral("'%1' cannot be opened: %2").arg(name, problem));
         return std::nullopt;
     }
-    PostgresRelation found{text(result.get(), 0, 0), text(result.get(), 0, 1), {}};
+    PostgresRelation found{text(result.get(), 0, 0),
+                           text(result.get(), 0, 1),
+                           {},
+                           *PQgetvalue(result.get(), 0, 4) == 't'};
     for (int row = 0; row < PQntuples(result.get()); ++row) {
         if (!PQgetisnull(result.get(), row, 2)) {
             found.columns.append({text(result.get(), row, 2), text(result.get(), row, 3).toUInt()});
@@ -117,6 +121,20 @@ std::unique_ptr<Recordset> PostgresDataSource::openRecordSource(const QString& n
     if (!found)
         return nullptr;
     return PostgresRecordset::open(m_address, *found, rowLimit, error);
+}
+
+std::unique_ptr<Recordset> PostgresDataSource::openSorted(const QString& name,
+                                                          const QList<SortField>& order,
+                                                          const QCollator& collator, QString* error)
+{
+    const std::optional<PostgresRelation> found = relation(name, error);
+    if (!found)
+        return nullptr;
+    const std::optional<PostgresSortedQuery> sorted =
+        postgresSortedQuery(*m_catalog, *found, order, collator, error);
+    if (!sorted)
+        return nullptr;
+    return PostgresRecordset::openSorted(m_address, *found, *sorted, error);
 }
 
 std::optional<qint64> PostgresDataSource::countRows(const QString& name)

@@ -27,6 +27,9 @@ public:
     std::unique_ptr<Recordset> openRecordSource(const QString& name, std::optional<qint64> rowLimit,
                                                 QString* error) override;
     std::optional<qint64> countRows(const QString& name) override;
+    // Sorted by the server; see postgresSortedQuery() for what it can sort.
+    std::unique_ptr<Recordset> openSorted(const QString& name, const QList<SortField>& order,
+                                          const QCollator& collator, QString* error) override;
 
 private:
     PostgresDataSource(QString address, std::unique_ptr<PostgresConnection> catalog);

@@ -6,6 +6,8 @@
 
 #include <libpq-fe.h>
 
+#include <vector>
+
 namespace tabulor {
 
 namespace {
@@ -20,22 +22,39 @@ std::unique_ptr<PostgresRecordset> PostgresRecordset::open(const QString& addres
                                                            std::optional<qint64> rowLimit,
                                                            QString* error)
 {
+    const QByteArray limit =
+        rowLimit ? " LIMIT " + QByteArray::number(std::max<qint64>(*rowLimit, 0)) : QByteArray();
+    return run(address, relation, limit, {}, error);
+}
+
+std::unique_ptr<PostgresRecordset> PostgresRecordset::openSorted(const QString& address,
+                                                                 const PostgresRelation& relation,
+                                                                 const PostgresSortedQuery& sorted,
+                                                                 QString* error)
+{
+    return run(address, relation, sorted.joins + " ORDER BY " + sorted.orderBy, sorted.parameters,
+               error);
+}
+
+std::unique_ptr<PostgresRecordset> PostgresRecordset::run(const QString& address,
+                                                          const PostgresRelation& relation,
+                                                          const QByteArray& tail,
+                                                          QByteArrayList parameters, QString* error)
+{
     std::unique_ptr<PostgresConnection> connection = PostgresConnection::open(address, 0, error);
     if (!connection)
         return nullptr;
     QByteArrayList columns;
     for (const PostgresColumn& column : relation.columns) {
-        const QByteArray name = connection->quotedIdentifier(column.name);
+        const QByteArray name = "t." + connection->quotedIdentifier(column.name);
         columns.append(column.typeOid == MoneyOid ? name + "::pg_catalog.numeric" : name);
     }
-    QByteArray sql = "SELECT " + columns.join(", ") + " FROM " +
-                     connection->quotedIdentifier(relation.schema) + '.' +
-                     connection->quotedIdentifier(relation.name);
-    if (rowLimit)
-        sql += " LIMIT " + QByteArray::number(std::max<qint64>(*rowLimit, 0));
+    const QByteArray sql = "SELECT " + columns.join(", ") + " FROM " +
+                           connection->quotedIdentifier(relation.schema) + '.' +
+                           connection->quotedIdentifier(relation.name) + " AS t" + tail;
 
     std::unique_ptr<PostgresRecordset> records(
-        new PostgresRecordset(std::move(connection), sql, relation));
+        new PostgresRecordset(std::move(connection), sql, std::move(parameters), relation));
     QString problem;
     if (!records->start(&problem)) {
         setError(error, QStringLiteral("'%1' cannot be read: %2").arg(relation.name, problem));
@@ -45,8 +64,9 @@ std::unique_ptr<PostgresRecordset> PostgresRecordset::open(const QString& addres
 }
 
 PostgresRecordset::PostgresRecordset(std::unique_ptr<PostgresConnection> connection, QByteArray sql,
-                                     const PostgresRelation& relation)
-    : m_connection(std::move(connection)), m_sql(std::move(sql))
+                                     QByteArrayList parameters, const PostgresRelation& relation)
+    : m_connection(std::move(connection)), m_sql(std::move(sql)),
+      m_parameters(std::move(parameters))
 {
     for (const PostgresColumn& column : relation.columns) {
         m_names.append(column.name);
@@ -65,7 +85,11 @@ bool PostgresRecordset::start(QString* error)
     m_rowsRead = 0;
     m_atEnd = true;
     pg_conn* handle = m_connection->handle();
-    if (!PQsendQueryParams(handle, m_sql.constData(), 0, nullptr, nullptr, nullptr, nullptr, 0)) {
+    std::vector<const char*> values;
+    for (const QByteArray& parameter : std::as_const(m_parameters))
+        values.push_back(parameter.constData());
+    if (!PQsendQueryParams(handle, m_sql.constData(), int(values.size()), nullptr, values.data(),
+                           nullptr, nullptr, 0)) {
         setError(error, m_connection->lastError());
         return false;
     }
@@ -136,6 +160,16 @@ QVariant PostgresRecordset::value(int field) const
     return postgresValue(
         QByteArrayView(PQgetvalue(m_row.get(), 0, field), PQgetlength(m_row.get(), 0, field)),
         m_types.at(field));
+}
+
+bool PostgresRecordset::utf8Text(int field, std::string_view* text) const
+{
+    if (!m_row || field < 0 || field >= m_names.size() || !postgresValueIsText(m_types.at(field)) ||
+        PQgetisnull(m_row.get(), 0, field))
+        return false;
+    *text = std::string_view(PQgetvalue(m_row.get(), 0, field),
+                             static_cast<size_t>(PQgetlength(m_row.get(), 0, field)));
+    return true;
 }
 
 } // namespace tabulor

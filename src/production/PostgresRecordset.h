@@ -1,6 +1,7 @@
 #pragma once
 
 #include "production/PostgresConnection.h"
+#include "production/PostgresSortOrder.h"
 #include "production/Recordset.h"
 
 #include <QList>
@@ -23,6 +24,9 @@ struct PostgresRelation
     QString schema;
     QString name;
     QList<PostgresColumn> columns;
+    // Whether its rows lie in one heap, read in the order they lie there (a table or a
+    // materialized view, not a view, a foreign or a partitioned table).
+    bool physicalOrder = false;
 };
 
 // A forward-only cursor over one table or view. It has a session of its own, so it streams
@@ -37,6 +41,12 @@ public:
                                                    const PostgresRelation& relation,
                                                    std::optional<qint64> rowLimit, QString* error);
 
+    // Runs the query of sorted over the relation and stands on the first row.
+    static std::unique_ptr<PostgresRecordset> openSorted(const QString& address,
+                                                         const PostgresRelation& relation,
+                                                         const PostgresSortedQuery& sorted,
+                                                         QString* error);
+
     ~PostgresRecordset() override;
 
     int fieldCount() const override { return int(m_names.size()); }
@@ -48,13 +58,21 @@ public:
     bool moveNext() override;
     bool atEnd() const override { return m_atEnd; }
     QVariant value(int field) const override;
+    bool utf8Text(int field, std::string_view* text) const override;
 
     // The rows read so far; all of them once the cursor has reached the end.
     qint64 recordCount() const override { return m_rowsRead; }
 
 private:
     PostgresRecordset(std::unique_ptr<PostgresConnection> connection, QByteArray sql,
-                      const PostgresRelation& relation);
+                      QByteArrayList parameters, const PostgresRelation& relation);
+
+    // Connects and runs SELECT over the relation's columns from the relation as "t", followed
+    // by tail, with the parameters.
+    static std::unique_ptr<PostgresRecordset> run(const QString& address,
+                                                  const PostgresRelation& relation,
+                                                  const QByteArray& tail, QByteArrayList parameters,
+                                                  QString* error);
 
     // Sends the query and reads the first row.
     bool start(QString* error);
@@ -65,6 +83,7 @@ private:
 
     std::unique_ptr<PostgresConnection> m_connection;
     QByteArray m_sql;
+    QByteArrayList m_parameters;
     QStringList m_names;
     QList<qint16> m_types;
     PostgresResult m_row;

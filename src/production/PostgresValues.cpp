@@ -91,8 +91,29 @@ qint16 fieldTypeForPostgresType(quint32 typeOid)
     }
 }
 
+bool postgresValueIsText(qint16 fieldType)
+{
+    switch (fieldType) {
+    case FieldBoolean:
+    case FieldInteger:
+    case FieldLong:
+    case FieldBigInt:
+    case FieldSingle:
+    case FieldDouble:
+    case FieldDecimal:
+    case FieldCurrency:
+    case FieldDate:
+    case FieldLongBinary:
+        return false;
+    default:
+        return true;
+    }
+}
+
 QVariant postgresValue(QByteArrayView text, qint16 fieldType)
 {
+    if (postgresValueIsText(fieldType))
+        return QString::fromUtf8(text);
     switch (fieldType) {
     case FieldBoolean:
         return text == "t";
@@ -117,11 +138,8 @@ QVariant postgresValue(QByteArrayView text, qint16 fieldType)
         const QVariant value = readDateTime(when);
         return value.isValid() ? value : QVariant(when);
     }
-    case FieldLongBinary:
-        // The hex output: "\x" and two digits a byte.
+    default: // LongBinary: the hex output, "\x" and two digits a byte
         return QByteArray::fromHex(text.sliced(std::min<qsizetype>(2, text.size())).toByteArray());
-    default:
-        return QString::fromUtf8(text);
     }
 }
 

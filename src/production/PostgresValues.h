@@ -14,5 +14,7 @@ qint16 fieldTypeForPostgresType(quint32 typeOid);
 // QByteArray (Binary, LongBinary) or QString. A date or number the field type cannot hold,
 // such as 'infinity' or a date before the common era, is kept as text.
 QVariant postgresValue(QByteArrayView text, qint16 fieldType);
+// Whether postgresValue() gives a field of this type its text as it stands (UTF-8).
+bool postgresValueIsText(qint16 fieldType);
 
 } // namespace tabulor

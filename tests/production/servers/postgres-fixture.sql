@@ -71,6 +71,35 @@ INSERT INTO "A name of sixty-three bytes, the longest that the server keeps!" VA
 -- More rows than anyone should read to fill the working view.
 CREATE TABLE "Numbers" AS SELECT n::integer AS n FROM generate_series(1, 200000) AS n;
 
+-- Rows that make sorting hard, for a report the server sorts: empty texts beside NULLs, case,
+-- accents and a column collation, decimals that are equal as doubles, -0, big integers, money,
+-- dates beside 'infinity', instants in two zones, times, binary values and many ties. Rows
+-- are inserted out of order, so that ties show the table's own order.
+CREATE TABLE "Awkward Sort" (
+    id integer, grp text COLLATE "C", sub varchar(10), day date, moment timestamptz,
+    clock time, qty bigint, price numeric(10, 3), ratio double precision, cost money,
+    flag boolean, raw bytea, key uuid);
+INSERT INTO "Awkward Sort"
+SELECT i,
+  CASE i % 7 WHEN 0 THEN NULL WHEN 1 THEN 'apple' WHEN 2 THEN 'Apple' WHEN 3 THEN 'été'
+             WHEN 4 THEN 'ete' WHEN 5 THEN '' ELSE 'Éclair' END,
+  CASE i % 5 WHEN 0 THEN 'b' WHEN 1 THEN 'B' WHEN 2 THEN '10' WHEN 3 THEN '9.5' ELSE NULL END,
+  CASE i % 9 WHEN 0 THEN 'infinity' WHEN 1 THEN '-infinity' WHEN 2 THEN NULL
+             ELSE date '2020-01-01' + (i * 37 % 900) END,
+  timestamptz '2024-03-31 00:30:00+01' + (i % 11) * interval '20 minutes'
+      + CASE WHEN i % 2 = 0 THEN interval '0' ELSE interval '1 hour' END,
+  time '00:00' + (i * 13 % 50) * interval '1 minute',
+  CASE i % 6 WHEN 0 THEN 9007199254740993 WHEN 1 THEN 9007199254740992 ELSE i % 13 END,
+  CASE i % 4 WHEN 0 THEN 1.000 WHEN 1 THEN 1.0 WHEN 2 THEN NULL ELSE (i % 17) / 8.0 END,
+  CASE i % 3 WHEN 0 THEN -0.0 WHEN 1 THEN 0.0 ELSE (i % 23) / 7.0 END,
+  ((i % 19) * 1.25)::money,
+  CASE WHEN i % 10 = 0 THEN NULL ELSE i % 3 = 0 END,
+  CASE WHEN i % 8 = 0 THEN NULL ELSE decode(lpad(to_hex(i % 5), 2, '0'), 'hex') END,
+  CASE WHEN i % 4 = 0 THEN NULL
+       ELSE ('00000000-0000-0000-0000-0000000000' || lpad(to_hex(i % 40), 2, '0'))::uuid END
+FROM generate_series(1, 3000) AS g(i) ORDER BY (i * 7919) % 3001;
+CREATE VIEW "Awkward Sort View" AS SELECT * FROM "Awkward Sort";
+
 -- Reading "Noted Reads" writes to "Reads", which a read-only transaction refuses.
 CREATE TABLE "Reads" (at timestamptz);
 CREATE FUNCTION note_read() RETURNS bigint LANGUAGE sql VOLATILE AS

@@ -68,19 +68,13 @@ public:
         m_changed.notify_all();
     }
 
-    bool cancelled() const
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_cancelled;
-    }
-
 private:
     const size_t m_capacity;
     // A side that has to wait sleeps until this many items, or this much room, are there for
     // it: the threads then hand over a batch per wake-up instead of a single item, because
     // waking a thread costs more than handing over a page.
     const size_t m_batch;
-    mutable std::mutex m_mutex;
+    std::mutex m_mutex;
     std::condition_variable m_changed;
     std::deque<T> m_items;
     bool m_closed = false;

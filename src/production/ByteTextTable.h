@@ -24,11 +24,6 @@ public:
     // Entries in the order they were added.
     qsizetype size() const { return static_cast<qsizetype>(m_entries.size()); }
     std::string_view text(qsizetype entry) const;
-    quint32 number(qsizetype entry) const { return m_entries[static_cast<size_t>(entry)].number; }
-    void setNumber(qsizetype entry, quint32 number)
-    {
-        m_entries[static_cast<size_t>(entry)].number = number;
-    }
 
 private:
     struct Entry

@@ -1,7 +1,5 @@
 #include "production/SqliteMergedRecordset.h"
 
-#include <algorithm>
-
 namespace tabulor {
 
 SqliteMergedRecordset::SqliteMergedRecordset(std::unique_ptr<SqliteRecordset> first,
@@ -21,13 +19,7 @@ void SqliteMergedRecordset::pick()
     }
     // Keys compare byte by byte, a shorter key first when one starts the other, as the engine
     // orders them; keys end in the row number, so no two are equal.
-    const QByteArrayView a = m_first->sortKey();
-    const QByteArrayView b = m_second->sortKey();
-    const bool firstBefore =
-        std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
-            return static_cast<unsigned char>(x) < static_cast<unsigned char>(y);
-        });
-    m_current = firstBefore ? m_first.get() : m_second.get();
+    m_current = m_first->sortKey() < m_second->sortKey() ? m_first.get() : m_second.get();
 }
 
 bool SqliteMergedRecordset::moveFirst()

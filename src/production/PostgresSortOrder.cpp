@@ -9,6 +9,7 @@
 #include <libpq-fe.h>
 
 #include <algorithm>
+#include <numeric>
 
 namespace tabulor {
 
@@ -67,12 +68,15 @@ QByteArray rankArray(const QByteArrayList& texts, qint16 fieldType, const QColla
     values.setColumns({column});
     for (const QByteArray& text : texts)
         values.appendRecord({postgresValue(text, fieldType)});
-    const QList<SortKey> key{SortKey{0, false}};
-    const CellOrder order(values, key, collator);
-    std::vector<int> ranks(static_cast<size_t>(texts.size()));
+    const CellOrder order(values, {SortKey{0, false}}, collator);
+    std::vector<qint32> sorted(static_cast<size_t>(texts.size()));
+    std::iota(sorted.begin(), sorted.end(), 0);
+    std::stable_sort(sorted.begin(), sorted.end(),
+                     [&](qint32 a, qint32 b) { return order.before(a, b); });
+    std::vector<int> ranks(sorted.size());
     int rank = -1;
     qint32 previous = -1;
-    for (const qint32 record : sortedRecords(values, key, collator)) {
+    for (const qint32 record : sorted) {
         const CellValue& cell = values.cell(record, 0);
         const bool same = previous >= 0 && (cell.kind == CellValue::Other
                                                 ? values.cell(previous, 0).kind == CellValue::Other

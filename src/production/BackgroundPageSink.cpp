@@ -9,10 +9,12 @@ BackgroundPageSink::BackgroundPageSink(PageSink& target) : m_target(target)
     m_thread = std::thread([this] {
         pthread_setname_np(pthread_self(), "tabulor-pages");
         while (std::optional<Work> work = m_queue.pop()) {
-            if (auto* page = std::get_if<PageDisplayList>(&*work))
+            if (auto* page = std::get_if<PageDisplayList>(&*work)) {
                 m_target.addPage(std::move(*page));
-            else if (auto* overlay = std::get_if<Overlay>(&*work))
-                m_target.addOverlay(overlay->page, std::move(overlay->items));
+            } else {
+                Overlay& overlay = std::get<Overlay>(*work);
+                m_target.addOverlay(overlay.page, std::move(overlay.items));
+            }
         }
     });
 }

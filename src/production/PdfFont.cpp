@@ -111,8 +111,6 @@ unsigned PdfFont::code(unsigned glyph, QStringView text, bool* exact)
         if (text.size() == 1 ? known.text.size() == 1 && known.text.front() == text.front()
                              : known.text == text)
             return known.code;
-    }
-    if (first >= 0) {
         const std::pair<unsigned, QString> key(glyph, text.toString());
         const auto variant = m_variants.constFind(key);
         if (variant != m_variants.cend())

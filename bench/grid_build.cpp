@@ -70,7 +70,7 @@ int main(int argc, char* argv[])
         QElapsedTimer timer;
         timer.start();
         buildReportGrid(working.grid(), report, collator);
-        workingTimes.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+        workingTimes.push_back(milliseconds(timer));
     }
 
     ReportData full;
@@ -78,13 +78,13 @@ int main(int argc, char* argv[])
     QElapsedTimer loadTimer;
     loadTimer.start();
     full.OpenDataSource(database, QStringLiteral("sales"));
-    const double loadSeconds = static_cast<double>(loadTimer.nsecsElapsed()) / 1e9;
+    const double loadSeconds = seconds(loadTimer);
     std::vector<double> buildTimes;
     for (int i = 0; i < repeats; ++i) {
         QElapsedTimer timer;
         timer.start();
         buildReportGrid(full.grid(), report, collator);
-        buildTimes.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e9);
+        buildTimes.push_back(seconds(timer));
     }
     std::printf("records %lld  rows %zu  load %.3f s  full build %.3f s (median of %d)  "
                 "working view %.3f ms (median of 50)  peak %.0f MB\n",

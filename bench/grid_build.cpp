@@ -5,9 +5,9 @@
 // Usage: grid_build DATABASE [REPEATS]
 
 #include "definition/ReportDefinition.h"
-#include "production/Aggregate.h"
-#include "production/ReportData.h"
-#include "production/ReportGridBuilder.h"
+#include "production/grid/Aggregate.h"
+#include "production/grid/ReportGridBuilder.h"
+#include "production/report/ReportData.h"
 
 #include "BenchSupport.h"
 

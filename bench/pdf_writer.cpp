@@ -5,7 +5,7 @@
 //
 // Usage: pdf_writer [PAGES] [OUTPUT]
 
-#include "production/PdfWriter.h"
+#include "production/pdf/PdfWriter.h"
 
 #include "BenchSupport.h"
 

@@ -5,7 +5,7 @@
 //
 // Usage: working_view DATABASE SOURCE [REPEATS]
 
-#include "production/ReportData.h"
+#include "production/report/ReportData.h"
 
 #include "BenchSupport.h"
 

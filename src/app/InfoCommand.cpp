@@ -2,7 +2,7 @@
 #include "app/DefinitionJson.h"
 
 #include "component/ReportSession.h"
-#include "production/GridText.h"
+#include "production/grid/GridText.h"
 
 #include <QCommandLineParser>
 #include <QJsonArray>

@@ -1,9 +1,9 @@
 #include "app/CommandLine.h"
 
 #include "component/ReportSession.h"
-#include "production/Aggregate.h"
-#include "production/DataSource.h"
-#include "production/ReportGridBuilder.h"
+#include "production/databases/OpenDatabase.h"
+#include "production/grid/Aggregate.h"
+#include "production/grid/ReportGridBuilder.h"
 
 #include <QCommandLineParser>
 

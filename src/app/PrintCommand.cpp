@@ -2,7 +2,7 @@
 #include "app/CommandLine.h"
 
 #include "printing/PrinterOutput.h"
-#include "production/PageDocument.h"
+#include "production/pages/PageDocument.h"
 
 #include <QCommandLineParser>
 

@@ -2,9 +2,9 @@
 #include "app/PrintCommand.h"
 
 #include "component/ReportSession.h"
-#include "production/BackgroundPageSink.h"
-#include "production/PageOutput.h"
-#include "production/PdfPageSink.h"
+#include "production/pages/BackgroundPageSink.h"
+#include "production/pages/PageOutput.h"
+#include "production/pdf/PdfPageSink.h"
 
 #include <QCommandLineParser>
 #include <QFileInfo>

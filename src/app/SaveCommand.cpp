@@ -1,7 +1,7 @@
 #include "app/CommandLine.h"
 
 #include "component/ReportSession.h"
-#include "production/DataSource.h"
+#include "production/databases/OpenDatabase.h"
 
 #include <QCommandLineParser>
 

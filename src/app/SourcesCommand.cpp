@@ -1,6 +1,6 @@
 #include "app/CommandLine.h"
 
-#include "production/DataSource.h"
+#include "production/databases/OpenDatabase.h"
 
 #include <QCommandLineParser>
 

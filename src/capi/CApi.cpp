@@ -2,8 +2,8 @@
 
 #include "capi/RecordingPrompt.h"
 #include "component/Tabulor.h"
-#include "production/CallbackRecordset.h"
-#include "production/PageOutput.h"
+#include "production/data/host/CallbackRecordset.h"
+#include "production/pages/PageOutput.h"
 
 #include <QGuiApplication>
 

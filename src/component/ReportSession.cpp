@@ -1,11 +1,12 @@
 #include "component/ReportSession.h"
 
 #include "definition/DefaultStyle.h"
-#include "production/DatabaseLocation.h"
-#include "production/GridBodyRows.h"
-#include "production/ReportGridBuilder.h"
-#include "production/ReportRenderer.h"
-#include "production/StreamedBodyRows.h"
+#include "production/data/DatabaseLocation.h"
+#include "production/databases/OpenDatabase.h"
+#include "production/grid/ReportGridBuilder.h"
+#include "production/report/GridBodyRows.h"
+#include "production/report/ReportRenderer.h"
+#include "production/report/StreamedBodyRows.h"
 
 #include <QCoreApplication>
 #include <QDir>

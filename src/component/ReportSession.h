@@ -4,8 +4,8 @@
 #include "definition/DefinitionFile.h"
 #include "definition/ReportDefinition.h"
 #include "localisation/StringTable.h"
-#include "production/PageDocument.h"
-#include "production/ReportData.h"
+#include "production/pages/PageDocument.h"
+#include "production/report/ReportData.h"
 
 #include <QCollator>
 #include <QDateTime>

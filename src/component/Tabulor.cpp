@@ -1,7 +1,7 @@
 #include "component/Tabulor.h"
 
 #include "component/Designer.h"
-#include "production/Recordset.h"
+#include "production/data/Recordset.h"
 
 namespace tabulor {
 

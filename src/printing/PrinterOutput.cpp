@@ -1,7 +1,7 @@
 #include "printing/PrinterOutput.h"
 
-#include "production/PageDocument.h"
-#include "production/PagePainter.h"
+#include "production/pages/PageDocument.h"
+#include "production/pages/PagePainter.h"
 
 #include <QPageLayout>
 #include <QPainter>

@@ -5,7 +5,7 @@
 #include "PdfCheck.h"
 #include "TestSupport.h"
 
-#include "production/PageSetup.h"
+#include "production/pages/PageSetup.h"
 
 #include <QDir>
 #include <QFile>

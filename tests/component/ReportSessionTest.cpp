@@ -1,5 +1,5 @@
 #include "component/ReportSession.h"
-#include "production/ReportGridBuilder.h"
+#include "production/grid/ReportGridBuilder.h"
 
 #include "MemoryRecordset.h"
 #include "ScriptedPrompt.h"

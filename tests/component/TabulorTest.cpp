@@ -1,6 +1,6 @@
 #include "component/Tabulor.h"
 #include "component/Designer.h"
-#include "production/PageDocument.h"
+#include "production/pages/PageDocument.h"
 
 #include "MemoryRecordset.h"
 #include "ScriptedPrompt.h"

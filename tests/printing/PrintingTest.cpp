@@ -3,7 +3,7 @@
 #include "TestSupport.h"
 
 #include "printing/PrinterOutput.h"
-#include "production/PageDocument.h"
+#include "production/pages/PageDocument.h"
 
 #include <QDeadlineTimer>
 #include <QDir>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "production/Recordset.h"
+#include "production/data/Recordset.h"
 
 #include <QList>
 #include <QVariant>

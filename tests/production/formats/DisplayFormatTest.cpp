@@ -1,6 +1,6 @@
-#include "production/DisplayFormat.h"
-#include "production/Currency.h"
-#include "production/FormatLocale.h"
+#include "production/formats/DisplayFormat.h"
+#include "production/base/Currency.h"
+#include "production/formats/FormatLocale.h"
 
 #include "QtPrinters.h"
 

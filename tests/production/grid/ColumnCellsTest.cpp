@@ -1,5 +1,5 @@
-#include "production/ColumnCells.h"
-#include "production/ByteTextTable.h"
+#include "production/grid/ColumnCells.h"
+#include "production/base/ByteTextTable.h"
 
 #include <QDate>
 

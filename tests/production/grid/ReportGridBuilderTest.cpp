@@ -1,6 +1,6 @@
-#include "production/ReportGridBuilder.h"
-#include "production/Aggregate.h"
-#include "production/RecordOrder.h"
+#include "production/grid/ReportGridBuilder.h"
+#include "production/grid/Aggregate.h"
+#include "production/grid/RecordOrder.h"
 
 #include "QtPrinters.h"
 

@@ -1,4 +1,4 @@
-#include "production/PdfSyntax.h"
+#include "production/pdf/PdfSyntax.h"
 
 #include "QtPrinters.h"
 

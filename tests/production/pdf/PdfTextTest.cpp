@@ -1,5 +1,5 @@
-#include "production/FontCatalog.h"
-#include "production/PdfWriter.h"
+#include "production/pages/FontCatalog.h"
+#include "production/pdf/PdfWriter.h"
 
 #include "PdfTools.h"
 #include "TestSupport.h"

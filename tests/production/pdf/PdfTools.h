@@ -1,6 +1,6 @@
 #pragma once
 
-#include "production/DisplayList.h"
+#include "production/pages/DisplayList.h"
 
 #include <QImage>
 #include <QString>

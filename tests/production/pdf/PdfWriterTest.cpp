@@ -1,4 +1,4 @@
-#include "production/PdfWriter.h"
+#include "production/pdf/PdfWriter.h"
 
 #include "PdfTools.h"
 #include "TestSupport.h"

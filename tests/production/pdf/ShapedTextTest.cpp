@@ -1,6 +1,6 @@
-#include "production/ShapedText.h"
-#include "production/FontFace.h"
-#include "production/FontMatcher.h"
+#include "production/pdf/ShapedText.h"
+#include "production/pdf/FontFace.h"
+#include "production/pdf/FontMatcher.h"
 
 #include "QtPrinters.h"
 

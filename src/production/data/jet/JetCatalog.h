@@ -1,0 +1,62 @@
+#pragma once
+
+#include "production/data/DataSource.h"
+
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+namespace tabulor {
+
+class JetHandle;
+
+// One object of a Jet file that can be a record source, as the object table describes it.
+struct JetObject
+{
+    enum class Kind
+    {
+        Table,
+        LinkedFile,
+        LinkedOdbc,
+        Query
+    };
+
+    qint32 id = 0;
+    QString name;
+    Kind kind = Kind::Table;
+    quint32 flags = 0;
+    // Where a linked table lives: the file of an Access link, the connection of an ODBC
+    // link, and the table's name there.
+    QString database;
+    QString connect;
+    QString foreignName;
+
+    // The attribute bits the flags stand for: system 0x80000002 (flags 0x80000000 or 0x2),
+    // hidden 1 (flag 0x8).
+    quint32 attributes() const;
+};
+
+// The tables, linked tables and saved queries of a Jet file, read from its object table
+// (MSysObjects), whose types and link details libmdb's own catalog does not keep.
+class JetCatalog
+{
+public:
+    // Nullopt with *error set when the object table cannot be read.
+    static std::optional<JetCatalog> read(const JetHandle& database, QString* error);
+
+    // Tables (linked ones included) that are neither system nor hidden objects, then the
+    // saved queries, each in the order of the object table; names beginning with "~sq_"
+    // (exactly so) hold the embedded sources of forms and reports and are left out.
+    QList<RecordSourceEntry> recordSources() const;
+
+    // The object with exactly this name (case counts), or null.
+    const JetObject* find(const QString& name) const;
+
+    const QList<JetObject>& objects() const { return m_objects; }
+
+private:
+    QList<JetObject> m_objects;
+};
+
+} // namespace tabulor

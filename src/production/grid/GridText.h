@@ -1,0 +1,38 @@
+#pragma once
+
+#include "production/formats/DisplayFormat.h"
+#include "production/grid/OutlineGrid.h"
+
+#include <QString>
+
+#include <vector>
+
+namespace tabulor {
+
+// The texts a built report grid shows: each cell through its column's display format, group
+// rows with their caption in the group's column and their totals in theirs.
+class GridText
+{
+public:
+    GridText(const OutlineGrid& grid, FormatLocale locale);
+
+    QString cellText(const GridRow& row, int gridColumn) const;
+    // The texts of a row in report column order.
+    QStringList rowTexts(const GridRow& row) const;
+
+private:
+    QString format(const QVariant& value, int gridColumn) const;
+    // A record's cell through its column's format. Texts repeat down a column, so each text
+    // of the column's dictionary is formatted once.
+    QString recordText(qint32 record, int gridColumn) const;
+
+    const OutlineGrid& m_grid;
+    FormatLocale m_locale;
+    std::vector<DisplayFormat> m_formats; // per grid column
+    // Per grid column, the formatted texts of its dictionary by text number (null: not yet),
+    // and the numbering of the texts they were formatted for.
+    mutable std::vector<std::vector<QString>> m_formattedTexts;
+    mutable std::vector<quint32> m_textNumbering;
+};
+
+} // namespace tabulor

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "definition/ReportStyle.h"
+#include "production/pages/DisplayList.h"
+
+#include <QColor>
+#include <QFont>
+#include <QHash>
+#include <QStringList>
+
+namespace tabulor {
+
+// Turns the fonts that styles name into fonts of this system. The classic default face has a
+// metric-compatible stand-in in the Windows-compatibility font package, which installs it
+// outside the font search path: it is registered here, so that layouts keep their widths.
+// A face that is not installed is replaced, and the replacement is remembered so that the
+// user can be told.
+class FontCatalog
+{
+public:
+    FontCatalog();
+
+    QFont font(const FontSpec& fontSpec) const;
+    QFont font(const ReportStyle& style) const { return font(fontSpec(style)); }
+    static FontSpec fontSpec(const ReportStyle& style);
+    // A style colour (0x00BBGGRR) as a colour to draw with.
+    static QColor colour(qint32 bgr)
+    {
+        return QColor(bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF);
+    }
+    // "Name (replaced by Other)" for each face asked for that is not installed.
+    QStringList substitutions() const;
+
+private:
+    QString family(const QString& requested) const;
+
+    mutable QHash<QString, QString> m_families; // requested face -> face used
+};
+
+} // namespace tabulor

@@ -1,45 +1,44 @@
 #include "production/pages/FontCatalog.h"
 
-#include <QDir>
+#include "production/fonts/FontMatcher.h"
+
 #include <QFontDatabase>
-#include <QFontInfo>
+#include <QMutex>
+#include <QSet>
 
 namespace tabulor {
 
 namespace {
 
-// Where Debian's Windows-compatibility fonts live, outside the font search path.
-const char* const kCompatibilityFonts[] = {"/usr/share/wine/fonts/tahoma.ttf",
-                                           "/usr/share/wine/fonts/tahomabd.ttf"};
-
-void registerCompatibilityFonts()
+// Makes a font file that only our own font configuration searches known to Qt as well, once
+// per process.
+void registerWithQt(const QByteArray& path)
 {
-    static const bool registered = [] {
-        for (const char* path : kCompatibilityFonts) {
-            if (QFile::exists(QString::fromLatin1(path)))
-                QFontDatabase::addApplicationFont(QString::fromLatin1(path));
-        }
-        return true;
-    }();
-    Q_UNUSED(registered);
+    static QMutex mutex;
+    static QSet<QByteArray> registered;
+    const QMutexLocker lock(&mutex);
+    if (!registered.contains(path)) {
+        registered.insert(path);
+        QFontDatabase::addApplicationFont(QString::fromLocal8Bit(path));
+    }
 }
 
 } // namespace
 
-FontCatalog::FontCatalog()
-{
-    registerCompatibilityFonts();
-}
+FontCatalog::FontCatalog() = default;
 
 QString FontCatalog::family(const QString& requested) const
 {
     const auto known = m_families.constFind(requested);
     if (known != m_families.cend())
         return *known;
+    // The face the PDF writer embeds for this family is the one the layout measures.
     QString used = requested;
-    if (!QFontDatabase::hasFamily(requested)) {
-        QFont probe(requested);
-        used = QFontInfo(probe).family();
+    if (const std::optional<FontMatch> match = FontMatcher().match(requested, false, false)) {
+        if (match->privateFile)
+            registerWithQt(match->file.path);
+        if (!match->family.isEmpty())
+            used = match->family;
     }
     m_families.insert(requested, used);
     return used;
@@ -67,7 +66,7 @@ QStringList FontCatalog::substitutions() const
 {
     QStringList list;
     for (auto it = m_families.cbegin(); it != m_families.cend(); ++it) {
-        if (it.key() != it.value())
+        if (it.key().compare(it.value(), Qt::CaseInsensitive) != 0)
             list.append(QStringLiteral("%1 (replaced by %2)").arg(it.key(), it.value()));
     }
     list.sort();

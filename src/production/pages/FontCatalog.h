@@ -10,11 +10,12 @@
 
 namespace tabulor {
 
-// Turns the fonts that styles name into fonts of this system. The classic default face has a
-// metric-compatible stand-in in the Windows-compatibility font package, which installs it
-// outside the font search path: it is registered here, so that layouts keep their widths.
-// A face that is not installed is replaced, and the replacement is remembered so that the
-// user can be told.
+// Turns the fonts that styles name into fonts of this system, through the same matching that
+// the PDF writer embeds fonts by, so that a layout is measured with the face that is drawn.
+// The classic default face has a metric-compatible stand-in in the Windows-compatibility font
+// package, outside the font search path: it is registered with Qt when it is first used, so
+// that layouts keep their widths. A face that is not installed is replaced, and the
+// replacement is remembered so that the user can be told.
 class FontCatalog
 {
 public:

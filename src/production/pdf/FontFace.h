@@ -1,6 +1,6 @@
 #pragma once
 
-#include "production/pdf/FontMatcher.h"
+#include "production/fonts/FontMatcher.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "production/fonts/FontMatcher.h"
 #include "production/pages/DisplayList.h"
-#include "production/pdf/FontMatcher.h"
 #include "production/pdf/PdfFont.h"
 #include "production/pdf/PdfSyntax.h"
 #include "production/pdf/ShapedText.h"

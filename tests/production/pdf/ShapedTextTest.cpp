@@ -1,6 +1,6 @@
 #include "production/pdf/ShapedText.h"
+#include "production/fonts/FontMatcher.h"
 #include "production/pdf/FontFace.h"
-#include "production/pdf/FontMatcher.h"
 
 #include "QtPrinters.h"
 

@@ -23,6 +23,11 @@ class FontMatch
 {
 public:
     FontFile file;
+    // The family of the closest face, as fontconfig names it.
+    QString family;
+    // The face lies in a folder that only this configuration searches, so that other users of
+    // fonts (Qt's font database among them) know it only once it is registered with them.
+    bool privateFile = false;
     bool syntheticBold = false;   // bold asked for, but the face found is not
     bool syntheticItalic = false; // italic asked for, but the face found is upright
 
@@ -35,10 +40,11 @@ private:
     std::shared_ptr<const Candidates> m_candidates;
 };
 
-// Finds installed outline fonts through fontconfig. The Windows-compatibility fonts (among them
-// the stand-in for the classic default face) are installed outside the font search path; they
-// are added here, to a configuration of our own, so that other users of fontconfig are left
-// alone.
+// Finds installed outline fonts through fontconfig: the one place where a family that a style
+// names becomes a font file, for measuring the layout and for embedding in a PDF alike. The
+// Windows-compatibility fonts (among them the stand-in for the classic default face) are
+// installed outside the font search path; they are added here, to a configuration of our own,
+// so that other users of fontconfig are left alone.
 class FontMatcher
 {
 public:

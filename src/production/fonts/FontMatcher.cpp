@@ -1,4 +1,4 @@
-#include "production/pdf/FontMatcher.h"
+#include "production/fonts/FontMatcher.h"
 
 #include <fontconfig/fontconfig.h>
 
@@ -42,6 +42,14 @@ bool embeddable(FcPattern* font)
         return false;
     const char* name = reinterpret_cast<const char*>(format);
     return std::strcmp(name, "TrueType") == 0 || std::strcmp(name, "CFF") == 0;
+}
+
+QString familyOf(FcPattern* font)
+{
+    FcChar8* family = nullptr;
+    if (FcPatternGetString(font, FC_FAMILY, 0, &family) != FcResultMatch)
+        return {};
+    return QString::fromUtf8(reinterpret_cast<const char*>(family));
 }
 
 FontFile fileOf(FcPattern* font)
@@ -113,6 +121,8 @@ std::optional<FontMatch> FontMatcher::match(const QString& family, bool bold, bo
     FcPattern* best = candidates->fonts.front();
     FontMatch match;
     match.file = fileOf(best);
+    match.family = familyOf(best);
+    match.privateFile = match.file.path.startsWith(QByteArray(kCompatibilityFontDir) + '/');
     int weight = FC_WEIGHT_REGULAR;
     int slant = FC_SLANT_ROMAN;
     FcPatternGetInteger(best, FC_WEIGHT, 0, &weight);

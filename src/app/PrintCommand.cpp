@@ -1,36 +1,8 @@
-#include "app/PrintCommand.h"
 #include "app/CommandLine.h"
-
-#include "printing/PrinterOutput.h"
-#include "production/pages/PageDocument.h"
 
 #include <QCommandLineParser>
 
 namespace tabulor::cli {
-
-bool printerReady(const QString& printer)
-{
-    QString error;
-    if (!findPrinter(printer, &error).isEmpty())
-        return true;
-    printError(QStringLiteral("tabulor: cannot print: ") + error);
-    return false;
-}
-
-int printReport(PageDocument& document, const QString& printer)
-{
-    QString error;
-    document.printerName = findPrinter(printer, &error);
-    if (document.printerName.isEmpty() || !PrintDoc(document, &error)) {
-        printError(QStringLiteral("tabulor: cannot print: ") + error);
-        return kExitFailed;
-    }
-    printOut(QStringLiteral("%1: %2 page(s) sent to %3")
-                 .arg(document.FileName)
-                 .arg(document.PageCount())
-                 .arg(document.printerName));
-    return kExitOk;
-}
 
 // Printing is rendering with the printer as the output.
 int runPrint(const QStringList& arguments)

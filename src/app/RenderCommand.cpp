@@ -1,10 +1,12 @@
 #include "app/CommandLine.h"
-#include "app/PrintCommand.h"
 
+#include "component/ReportExport.h"
 #include "component/ReportSession.h"
-#include "production/pages/BackgroundPageSink.h"
-#include "production/pages/PageOutput.h"
-#include "production/pdf/PdfPageSink.h"
+#include "printing/PrinterOutput.h"
+#include "production/pages/PageDocument.h"
+#include "production/pages/PainterPdfOutput.h"
+#include "production/pages/PngOutput.h"
+#include "production/pdf/PdfFileOutput.h"
 
 #include <QCommandLineParser>
 #include <QFileInfo>
@@ -70,63 +72,59 @@ int runRender(const QStringList& arguments)
     if (parser.isSet(database))
         newDatabase = databaseArgument(parser.value(database));
 
-    // An empty printer name stands for the default printer.
-    if (parser.isSet(printer) && !printerReady(parser.value(printer)))
-        return kExitFailed;
+    // Each output is checked before anything else happens: a printer that is not there, or
+    // a file that cannot be written, fails at once.
+    const QString path = parser.positionalArguments().constFirst();
+    const QString title = QFileInfo(path).fileName();
+    std::vector<std::unique_ptr<ReportOutput>> outputs;
+    if (parser.isSet(output)) {
+        if (png)
+            outputs.push_back(std::make_unique<PngOutput>(target, dotsPerInch, first, last));
+        else if (parser.isSet(painterPdf))
+            outputs.push_back(std::make_unique<PainterPdfOutput>(target, title));
+        else
+            outputs.push_back(std::make_unique<PdfFileOutput>(target, title));
+    }
+    PrinterOutput* printerOutput = nullptr;
+    if (parser.isSet(printer)) {
+        auto onPrinter = std::make_unique<PrinterOutput>(parser.value(printer));
+        printerOutput = onPrinter.get();
+        outputs.push_back(std::move(onPrinter));
+    }
 
     ReportSession session;
-    const QString path = parser.positionalArguments().constFirst();
     if (!loadDefinition(session, path, newDatabase))
         return kExitFailed;
     session.definition().CurrentFileName = path;
 
     // Progress on a terminal only, so that scripts see nothing but what goes wrong.
     if (isatty(fileno(stderr))) {
-        QObject::connect(&session, &ReportSession::statusChanged, [](const QString& text) {
-            if (text.startsWith(QStringLiteral("Generating page")) || text.isEmpty())
-                std::fprintf(stderr, "\r%-40s%s", text.toUtf8().constData(),
-                             text.isEmpty() ? "\r" : "");
+        QObject::connect(&session, &ReportSession::pageStarted, [&session](int page) {
+            const QString text = session.strings().text(Message::GENERATINGPAGE) + u' ' +
+                                 QString::number(page) + QStringLiteral("...");
+            std::fprintf(stderr, "\r%-40s", text.toUtf8().constData());
         });
+        QObject::connect(&session, &ReportSession::reportFinished,
+                         [] { std::fprintf(stderr, "\r%-40s\r", ""); });
     }
 
     PageDocument document;
     document.OverlayHeadersAndFooters = true;
     QString error;
-    bool written = false;
-    if (parser.isSet(output) && !png && !parser.isSet(painterPdf) && !parser.isSet(printer)) {
-        // Pages go to the file as soon as they are laid out.
-        PdfWriter writer;
-        if (!writer.open(target, &error)) {
-            printError(QStringLiteral("tabulor: cannot write '%1': %2").arg(target, error));
-            return kExitFailed;
-        }
-        writer.begin(QFileInfo(path).fileName());
-        PdfPageSink sink(writer);
-        BackgroundPageSink background(sink);
-        document.setSink(&background);
-        session.renderFullReport(document);
-        background.finish();
-        if (document.stopped())
-            return kExitFailed;
-        written = sink.error().isEmpty() ? writer.finish(&error) : false;
-        if (!sink.error().isEmpty())
-            error = sink.error();
-    } else {
-        session.renderFullReport(document);
-        if (document.stopped())
-            return kExitFailed;
-        if (!parser.isSet(output))
-            return printReport(document, parser.value(printer));
-        written = png ? writePng(document.pages(), target, dotsPerInch, first, last,
-                                 document.fonts(), &error)
-                      : writePainterPdf(document.pages(), target, QFileInfo(path).fileName(),
-                                        document.fonts(), &error);
-    }
-    if (!written) {
-        printError(QStringLiteral("tabulor: cannot write '%1': %2").arg(target, error));
+    std::vector<ReportOutput*> targets;
+    for (const auto& o : outputs)
+        targets.push_back(o.get());
+    if (!exportReport(session, document, targets, &error)) {
+        if (!document.stopped())
+            printError(QStringLiteral("tabulor: ") + error);
         return kExitFailed;
     }
-    return parser.isSet(printer) ? printReport(document, parser.value(printer)) : kExitOk;
+    if (printerOutput)
+        printOut(QStringLiteral("%1: %2 page(s) sent to %3")
+                     .arg(title)
+                     .arg(document.PageCount())
+                     .arg(printerOutput->printerName()));
+    return kExitOk;
 }
 
 } // namespace tabulor::cli

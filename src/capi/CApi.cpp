@@ -3,7 +3,8 @@
 #include "capi/RecordingPrompt.h"
 #include "component/Tabulor.h"
 #include "production/data/host/CallbackRecordset.h"
-#include "production/pages/PageOutput.h"
+#include "production/pages/PngOutput.h"
+#include "production/pdf/PdfFileOutput.h"
 
 #include <QGuiApplication>
 
@@ -162,6 +163,15 @@ Outcome checkPageRange(int pageCount, int first, int* last)
     return {};
 }
 
+// Hands a document's pages to an output, as the end of a report does.
+Outcome write(ReportOutput& output, const PageDocument& document)
+{
+    QString error;
+    if (!output.start(&error) || !output.finish(document, &error))
+        return failure(TABULOR_ERROR_OUTPUT, error);
+    return {};
+}
+
 } // namespace
 } // namespace tabulor
 
@@ -293,12 +303,8 @@ int tabulor_document_save_pdf(tabulor_document* document, const char* path)
         int last = 0;
         if (Outcome range = checkPageRange(int(pages.size()), 1, &last); range.status)
             return range;
-        const QString file = QString::fromUtf8(path);
-        QString error;
-        if (!writePainterPdf(pages, file, d.document.FileName, d.document.fonts(), &error))
-            return failure(TABULOR_ERROR_OUTPUT,
-                           QStringLiteral("cannot write '%1': %2").arg(file, error));
-        return Outcome{};
+        PdfFileOutput pdf(QString::fromUtf8(path), d.document.FileName);
+        return write(pdf, d.document);
     });
 }
 
@@ -317,12 +323,8 @@ int tabulor_document_save_png(tabulor_document* document, const char* pattern, i
         int last = last_page;
         if (Outcome range = checkPageRange(int(pages.size()), first_page, &last); range.status)
             return range;
-        const QString files = QString::fromUtf8(pattern);
-        QString error;
-        if (!writePng(pages, files, dpi, first_page, last, d.document.fonts(), &error))
-            return failure(TABULOR_ERROR_OUTPUT,
-                           QStringLiteral("cannot write '%1': %2").arg(files, error));
-        return Outcome{};
+        PngOutput png(QString::fromUtf8(pattern), dpi, first_page, last);
+        return write(png, d.document);
     });
 }
 

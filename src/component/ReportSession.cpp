@@ -319,22 +319,19 @@ void ReportSession::renderRows(PageDocument& document, BodyRows& rows)
     context.locale = FormatLocale::fromQLocale(QLocale());
     ReportRenderer renderer(m_definition, m_data.grid(), context);
 
-    document.onNewPage = [this](PageDocument& d) {
+    const PageHook progress = document.addNewPageHook([this](PageDocument& d) {
+        Q_EMIT pageStarted(d.PageCount());
         UpdateStatus(m_strings.text(Message::GENERATINGPAGE) + u' ' +
                      QString::number(d.PageCount()) + QStringLiteral("..."));
         if (d.Error > 0) {
             d.stop();
             tellUser(m_strings.text(Message::COULDNOTGENERATEREPORT), PromptIcon::Warning);
         }
-    };
-    document.onEndDoc = [this, &renderer](PageDocument& d) {
-        UpdateStatus(QString());
-        if (d.OverlayHeadersAndFooters)
-            renderer.OverlayHeadersAndFooters(d);
-    };
+    });
+    const PageHook finished =
+        document.addEndDocHook([this](PageDocument&) { UpdateStatus(QString()); });
     renderer.RenderReport(document, rows);
-    document.onNewPage = nullptr;
-    document.onEndDoc = nullptr;
+    Q_EMIT reportFinished(document.PageCount());
     Q_EMIT busyChanged(false);
 }
 

@@ -41,6 +41,8 @@ public:
     QString settingsPath() const { return m_settingsPath; }
     void setSettingsPath(const QString& path) { m_settingsPath = path; }
 
+    // What the user may do with reports (a zrAccessModeSettings value, or any other number a
+    // host set, which then allows no more than zrUse).
     qint32 accessMode() const { return m_accessMode; }
     void setAccessMode(qint32 mode) { m_accessMode = mode; }
 
@@ -110,6 +112,9 @@ Q_SIGNALS:
     void busyChanged(bool busy);
     // A rebuild pass has laid out the report.
     void reportBuilt();
+    // Rendering began a page (1-based) and, once it has ended, finished the document.
+    void pageStarted(int page);
+    void reportFinished(int pageCount);
 
 private:
     // RenderReport with the body rows given.

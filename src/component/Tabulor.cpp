@@ -21,7 +21,6 @@ void Tabulor::setAllowToolBar(bool allow)
 
 void Tabulor::setAccessMode(qint32 pAccessMode)
 {
-    m_accessMode = pAccessMode;
     m_session->setAccessMode(pAccessMode);
     const auto actions = actionsForAccessMode(pAccessMode);
     if (actions && m_designer)
@@ -34,7 +33,7 @@ void Tabulor::setDesigner(Designer* designer)
     if (!m_designer)
         return;
     m_designer->setToolbarAllowed(m_allowToolBar);
-    if (const auto actions = actionsForAccessMode(m_accessMode))
+    if (const auto actions = actionsForAccessMode(AccessMode()))
         m_designer->applyAccessMode(*actions);
 }
 

@@ -31,7 +31,7 @@ public:
     void setShowLayoutWindow(bool show) { m_showLayoutWindow = show; }
     bool AllowToolBar() const { return m_allowToolBar; }
     void setAllowToolBar(bool allow);
-    qint32 AccessMode() const { return m_accessMode; }
+    qint32 AccessMode() const { return m_session->accessMode(); }
     void setAccessMode(qint32 pAccessMode);
 
     // The designer window, when the windows are available; the component does not own it.
@@ -52,7 +52,6 @@ private:
     bool m_showTabulor = true;
     bool m_showLayoutWindow = false;
     bool m_allowToolBar = true;
-    qint32 m_accessMode = zrUse;
 };
 
 } // namespace tabulor

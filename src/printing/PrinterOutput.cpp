@@ -76,14 +76,14 @@ QString findPrinter(const QString& name, QString* error)
     return {};
 }
 
-bool PrintDoc(const PageDocument& document, QString* error)
+bool PrintDoc(const PageDocument& document, const QString& printerName, QString* error)
 {
     const std::vector<PageDisplayList>& pages = document.pages();
     if (pages.empty()) {
         *error = QStringLiteral("the document has no pages to print");
         return false;
     }
-    const QString name = findPrinter(document.printerName, error);
+    const QString name = findPrinter(printerName, error);
     if (name.isEmpty())
         return false;
 
@@ -128,6 +128,27 @@ bool PrintDoc(const PageDocument& document, QString* error)
         return false;
     }
     return true;
+}
+
+bool PrinterOutput::start(QString* error)
+{
+    QString reason;
+    const QString found = findPrinter(m_printer, &reason);
+    if (found.isEmpty()) {
+        *error = QStringLiteral("cannot print: ") + reason;
+        return false;
+    }
+    m_printer = found;
+    return true;
+}
+
+bool PrinterOutput::finish(const PageDocument& document, QString* error)
+{
+    QString reason;
+    if (PrintDoc(document, m_printer, &reason))
+        return true;
+    *error = QStringLiteral("cannot print: ") + reason;
+    return false;
 }
 
 } // namespace tabulor

@@ -218,7 +218,10 @@ TEST(Printing, FailuresAreToldAndNothingIsPrinted)
 
     QProcessEnvironment noServer = QProcessEnvironment::systemEnvironment();
     noServer.insert(QStringLiteral("CUPS_SERVER"), dir.filePath(QStringLiteral("cups.sock")));
-    run = runProgram(toolPath(), {QStringLiteral("print"), definition}, noServer);
+    run = runProgram(toolPath(),
+                     {QStringLiteral("print"), definition, QStringLiteral("--database"),
+                      samplePath(QStringLiteral("sample.sqlite"))},
+                     noServer);
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.err.trimmed(),
               QStringLiteral("tabulor: cannot print: no print server answers at %1; start CUPS, "
@@ -236,7 +239,7 @@ TEST(Printing, FailuresAreToldAndNothingIsPrinted)
 
     const PageDocument empty;
     QString error;
-    EXPECT_FALSE(PrintDoc(empty, &error));
+    EXPECT_FALSE(PrintDoc(empty, QString(), &error));
     EXPECT_EQ(error, QStringLiteral("the document has no pages to print"));
 
     // Once the server is idle, no job of this test has come out.

@@ -59,7 +59,6 @@ BothWaysReport renderBothWays(const QString& database, const QString& source,
     PageDocument built;
     built.OverlayHeadersAndFooters = true;
     ReportRenderer fromMemory(definition, everything.grid(), context);
-    built.onEndDoc = [&](PageDocument& doc) { fromMemory.OverlayHeadersAndFooters(doc); };
     fromMemory.RenderReport(built);
     report.builtPages = itemsOf(built);
 
@@ -76,7 +75,6 @@ BothWaysReport renderBothWays(const QString& database, const QString& source,
     PageDocument streamed;
     streamed.OverlayHeadersAndFooters = true;
     ReportRenderer fromStream(definition, workingView.grid(), context);
-    streamed.onEndDoc = [&](PageDocument& doc) { fromStream.OverlayHeadersAndFooters(doc); };
     fromStream.RenderReport(streamed, *rows);
     report.streamedPages = itemsOf(streamed);
     return report;

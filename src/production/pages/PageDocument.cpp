@@ -6,6 +6,7 @@
 namespace tabulor {
 
 PageDocument::PageDocument()
+    : m_newPageHooks(std::make_shared<PageHooks>()), m_endDocHooks(std::make_shared<PageHooks>())
 {
     m_setup.paper = PageSetup::localePaper();
     font.family = QStringLiteral("Tahoma");
@@ -40,7 +41,16 @@ void PageDocument::KillDoc()
     m_overlayPage = 0;
     m_overlay.clear();
     Error = 0;
-    m_previewPage = 1;
+}
+
+PageHook PageDocument::addNewPageHook(Hook hook)
+{
+    return m_newPageHooks->add(std::move(hook));
+}
+
+PageHook PageDocument::addEndDocHook(Hook hook)
+{
+    return m_endDocHooks->add(std::move(hook));
 }
 
 void PageDocument::beginPage()
@@ -51,8 +61,7 @@ void PageDocument::beginPage()
     // Pages of a report hold about as much as the one before.
     m_current.items.reserve(m_lastPageItems);
     m_currentY = m_setup.marginTop;
-    if (onNewPage)
-        onNewPage(*this);
+    m_newPageHooks->call(*this);
 }
 
 void PageDocument::finishPage()
@@ -79,8 +88,7 @@ void PageDocument::EndDoc()
         return;
     finishPage();
     m_open = false;
-    if (onEndDoc)
-        onEndDoc(*this);
+    m_endDocHooks->call(*this);
 }
 
 std::vector<DisplayItem>& PageDocument::target()
@@ -255,16 +263,6 @@ void PageDocument::EndOverlay()
     }
     m_overlay.clear();
     m_overlayPage = 0;
-}
-
-void PageDocument::setPreviewPage(int page)
-{
-    m_previewPage = std::clamp(page, 1, std::max(1, m_pageCount));
-}
-
-void PageDocument::setZoom(int percent)
-{
-    m_zoom = std::clamp(percent, kMinZoom, kMaxZoom);
 }
 
 } // namespace tabulor

@@ -2,6 +2,7 @@
 
 #include "production/pages/DisplayList.h"
 #include "production/pages/FontCatalog.h"
+#include "production/pages/PageHooks.h"
 #include "production/pages/PageSetup.h"
 #include "production/pages/PageSink.h"
 #include "production/pages/RichText.h"
@@ -74,10 +75,12 @@ public:
     void draw(DisplayItem item);
     const TextMeasure& measure(const FontSpec& fontSpec) const;
 
-    // Called when a new page begins and when the document ends. The page hook may stop the
+    // Hooks called when a new page begins and when the document ends, in the order they were
+    // added, each for as long as the handle returned is kept. A page hook may stop the
     // document; it ends then with the pages made so far.
-    std::function<void(PageDocument&)> onNewPage;
-    std::function<void(PageDocument&)> onEndDoc;
+    using Hook = std::function<void(PageDocument&)>;
+    [[nodiscard]] PageHook addNewPageHook(Hook hook);
+    [[nodiscard]] PageHook addEndDocHook(Hook hook);
     void stop() { m_stopped = true; }
     bool stopped() const { return m_stopped; }
     // The error that stopped the document, if any (0: none).
@@ -85,18 +88,6 @@ public:
 
     // The pages kept in the document (none when they went to a sink).
     const std::vector<PageDisplayList>& pages() const { return m_pages; }
-
-    // The preview: the page shown and its zoom in percent.
-    int previewPage() const { return m_previewPage; }
-    void setPreviewPage(int page);
-    static constexpr int kMinZoom = 10;
-    static constexpr int kMaxZoom = 400;
-    static constexpr int kZoomStep = 10;
-    int zoom() const { return m_zoom; }
-    void setZoom(int percent);
-
-    // The printer that PrintDoc uses; empty for the default one.
-    QString printerName;
 
     const FontCatalog& fonts() const { return m_fonts; }
 
@@ -119,8 +110,8 @@ private:
     bool m_stopped = false;
     int m_overlayPage = 0; // 1-based; 0 when not overlaying
     std::vector<DisplayItem> m_overlay;
-    int m_previewPage = 1;
-    int m_zoom = 100;
+    std::shared_ptr<PageHooks> m_newPageHooks;
+    std::shared_ptr<PageHooks> m_endDocHooks;
 };
 
 } // namespace tabulor

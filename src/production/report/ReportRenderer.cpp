@@ -34,6 +34,12 @@ void ReportRenderer::RenderReport(PageDocument& document)
 
 void ReportRenderer::RenderReport(PageDocument& document, BodyRows& rows)
 {
+    // The header and footer need the final page count: they are drawn as the document ends,
+    // after whatever else watches its end has run.
+    const PageHook overlay = document.addEndDocHook([this](PageDocument& d) {
+        if (d.OverlayHeadersAndFooters)
+            OverlayHeadersAndFooters(d);
+    });
     const GlobalSettings& g = m_definition.global;
     m_hasRows = !rows.empty();
     if (!m_hasRows) {

@@ -10,7 +10,8 @@ namespace tabulor {
 
 // Renders a report into a page document: the page set up from the definition, the report
 // title, the body rows over as many pages as they need, and, once the document is complete,
-// the page header and footer on every page with the final page count.
+// the page header and footer on every page with the final page count, when the document asks
+// for them (PageDocument::OverlayHeadersAndFooters).
 class ReportRenderer
 {
 public:

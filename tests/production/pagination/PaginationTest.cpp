@@ -102,7 +102,6 @@ std::unique_ptr<PageDocument> render(const Report& r, double paperHeight, int co
     TokenContext context;
     context.locale = FormatLocale::fromQLocale(QLocale(QLocale::English));
     ReportRenderer renderer(copy.definition, r.grid, context);
-    document->onEndDoc = [&](PageDocument& d) { renderer.OverlayHeadersAndFooters(d); };
     renderer.RenderReport(*document);
     return document;
 }

@@ -1,8 +1,7 @@
 #include "production/grid/Aggregate.h"
 #include "production/grid/ReportGridBuilder.h"
-#include "production/pages/BackgroundPageSink.h"
-#include "production/pages/PageOutput.h"
-#include "production/pdf/PdfPageSink.h"
+#include "production/pages/PainterPdfOutput.h"
+#include "production/pdf/PdfFileOutput.h"
 #include "production/report/ReportData.h"
 #include "production/report/ReportRenderer.h"
 
@@ -66,7 +65,6 @@ struct SampleReport
         context.locale = FormatLocale::fromQLocale(QLocale(QLocale::English));
         ReportRenderer renderer(definition, data.grid(), context);
         document.OverlayHeadersAndFooters = true;
-        document.onEndDoc = [&](PageDocument& d) { renderer.OverlayHeadersAndFooters(d); };
         renderer.RenderReport(document);
     }
 };
@@ -84,24 +82,18 @@ TEST(PdfPaths, TheDirectWriterAndThePainterGiveTheSameTextAndPages)
     ASSERT_GT(kept.PageCount(), 10);
     const QString painted = dir.filePath(QStringLiteral("painted.pdf"));
     QString error;
-    ASSERT_TRUE(
-        writePainterPdf(kept.pages(), painted, QStringLiteral("order lines"), kept.fonts(), &error))
-        << error.toStdString();
+    PainterPdfOutput painter(painted, QStringLiteral("order lines"));
+    ASSERT_TRUE(painter.start(&error) && painter.finish(kept, &error)) << error.toStdString();
 
     // The same report streamed into the direct writer while it is laid out, each page written
     // on a thread of its own, the overlays with the page count last.
     const QString direct = dir.filePath(QStringLiteral("direct.pdf"));
-    PdfWriter writer;
-    ASSERT_TRUE(writer.open(direct, &error)) << error.toStdString();
-    writer.begin(QStringLiteral("order lines"));
-    PdfPageSink sink(writer);
-    BackgroundPageSink background(sink);
+    PdfFileOutput output(direct, QStringLiteral("order lines"));
+    ASSERT_TRUE(output.start(&error)) << error.toStdString();
     PageDocument streamed;
-    streamed.setSink(&background);
+    streamed.setSink(output.streamingSink());
     report.render(streamed);
-    background.finish();
-    ASSERT_TRUE(writer.finish(&error)) << error.toStdString();
-    EXPECT_TRUE(sink.error().isEmpty()) << sink.error().toStdString();
+    ASSERT_TRUE(output.finish(streamed, &error)) << error.toStdString();
     EXPECT_TRUE(streamed.pages().empty()); // nothing was kept
 
     EXPECT_EQ(streamed.PageCount(), kept.PageCount());

@@ -58,7 +58,7 @@ PageDisplayList renderedPage(const QString& title, const QString& header, const 
     context.locale = FormatLocale::fromQLocale(QLocale(QLocale::English));
     ReportRenderer renderer(d, grid, context);
     PageDocument document;
-    document.onEndDoc = [&](PageDocument& doc) { renderer.OverlayHeadersAndFooters(doc); };
+    document.OverlayHeadersAndFooters = true;
     renderer.RenderReport(document);
     return document.pages().at(0);
 }

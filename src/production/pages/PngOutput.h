@@ -1,0 +1,35 @@
+#pragma once
+
+#include "production/pages/DisplayList.h"
+#include "production/pages/ReportOutput.h"
+
+#include <QImage>
+#include <QString>
+
+namespace tabulor {
+
+class FontCatalog;
+
+// Writes pages as PNG images at a resolution, one file a page: the file name pattern holds
+// "%d" for the page number (it may be left out when only one page is written).
+class PngOutput : public ReportOutput
+{
+public:
+    // firstPage and lastPage choose the pages (1-based, inclusive); pages beyond the
+    // document's last are not there to be written.
+    PngOutput(QString pattern, int dotsPerInch, int firstPage, int lastPage);
+
+    [[nodiscard]] bool start(QString* error) override;
+    [[nodiscard]] bool finish(const PageDocument& document, QString* error) override;
+
+private:
+    QString m_pattern;
+    int m_dotsPerInch;
+    int m_firstPage;
+    int m_lastPage;
+};
+
+// The image of one page at a resolution, on white.
+QImage pageImage(const PageDisplayList& page, int dotsPerInch, const FontCatalog& fonts);
+
+} // namespace tabulor

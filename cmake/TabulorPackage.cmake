@@ -18,13 +18,35 @@ add_library(Tabulor::tabulor_c ALIAS tabulor_c)
 install(TARGETS tabulor_print tabulor_c EXPORT TabulorTargets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 
-# The C++ headers of the layers a host reaches through the component and the printer output,
-# under include/tabulor and included as the library includes them: "component/Tabulor.h".
-foreach(layer definition localisation production component printing)
-    install(DIRECTORY ${PROJECT_SOURCE_DIR}/src/${layer}/
-        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tabulor/${layer}
-        FILES_MATCHING PATTERN "*.h")
+# The C++ interface, under include/tabulor and included as the library includes it
+# ("component/Tabulor.h"): the component, the recordset a host hands in, the page document a
+# report is rendered into with its outputs, and printer output. Nothing else is installed: the
+# rest of the library is hidden from hosts (production/base/Export.h).
+set(public_headers
+    component/AccessMode.h
+    component/Prompt.h
+    component/Tabulor.h
+    production/base/Export.h
+    production/data/Recordset.h
+    production/data/host/ItemModelRecordset.h
+    production/pages/DisplayList.h
+    production/pages/PageDocument.h
+    production/pages/PageHooks.h
+    production/pages/PageSetup.h
+    production/pages/PageSink.h
+    production/pages/PngOutput.h
+    production/pages/PreviewNavigation.h
+    production/pages/ReportOutput.h
+    production/pdf/PdfFileOutput.h
+    printing/PrinterOutput.h)
+foreach(header IN LISTS public_headers)
+    get_filename_component(folder ${header} DIRECTORY)
+    install(FILES ${PROJECT_SOURCE_DIR}/src/${header}
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tabulor/${folder})
 endforeach()
+# The install test compiles every one of them on its own, as a host would.
+list(JOIN public_headers " " TABULOR_PUBLIC_HEADERS)
+file(WRITE ${PROJECT_BINARY_DIR}/package/public-headers.txt "${TABULOR_PUBLIC_HEADERS}\n")
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Tabulor)
 install(EXPORT TabulorTargets NAMESPACE Tabulor:: DESTINATION ${package_dir})

@@ -1,6 +1,7 @@
 #include <tabulor/tabulor.h>
 
 #include "capi/RecordingPrompt.h"
+#include "component/ReportSession.h"
 #include "component/Tabulor.h"
 #include "production/data/host/CallbackRecordset.h"
 #include "production/pages/PngOutput.h"

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "production/base/Export.h"
+
 #include <QtGlobal>
 
 #include <optional>
@@ -31,6 +33,6 @@ struct AccessModeActions
 };
 
 // The commands of a mode; nothing for a value that is not a mode (it then changes nothing).
-std::optional<AccessModeActions> actionsForAccessMode(qint32 mode);
+TABULOR_EXPORT std::optional<AccessModeActions> actionsForAccessMode(qint32 mode);
 
 } // namespace tabulor

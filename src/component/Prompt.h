@@ -1,5 +1,7 @@
 #pragma once
 
+#include "production/base/Export.h"
+
 #include <QString>
 
 namespace tabulor {
@@ -35,7 +37,7 @@ struct PromptRequest
 
 // Every message box and question goes through one prompt: the designer shows a dialog,
 // headless use prints and takes the default answer, tests answer in advance.
-class Prompt
+class TABULOR_EXPORT Prompt
 {
 public:
     virtual ~Prompt() = default;
@@ -43,7 +45,7 @@ public:
 };
 
 // Writes the text to standard error and answers with the default.
-class StderrPrompt : public Prompt
+class TABULOR_EXPORT StderrPrompt : public Prompt
 {
 public:
     PromptAnswer ask(const PromptRequest& request) override;

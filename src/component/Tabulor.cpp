@@ -1,6 +1,7 @@
 #include "component/Tabulor.h"
 
 #include "component/Designer.h"
+#include "component/ReportSession.h"
 #include "production/data/Recordset.h"
 
 namespace tabulor {
@@ -17,6 +18,11 @@ void Tabulor::setAllowToolBar(bool allow)
     m_allowToolBar = allow;
     if (m_designer)
         m_designer->setToolbarAllowed(allow);
+}
+
+qint32 Tabulor::AccessMode() const
+{
+    return m_session->accessMode();
 }
 
 void Tabulor::setAccessMode(qint32 pAccessMode)

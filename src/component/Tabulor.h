@@ -1,7 +1,8 @@
 #pragma once
 
 #include "component/AccessMode.h"
-#include "component/ReportSession.h"
+#include "component/Prompt.h"
+#include "production/base/Export.h"
 
 #include <QString>
 
@@ -12,9 +13,10 @@ namespace tabulor {
 class Designer;
 class PageDocument;
 class Recordset;
+class ReportSession;
 
 // The component a host creates: four settings and DoReport.
-class Tabulor
+class TABULOR_EXPORT Tabulor
 {
 public:
     static inline const QString ApplicationCaption = QStringLiteral("Brintel Tabulor");
@@ -31,7 +33,7 @@ public:
     void setShowLayoutWindow(bool show) { m_showLayoutWindow = show; }
     bool AllowToolBar() const { return m_allowToolBar; }
     void setAllowToolBar(bool allow);
-    qint32 AccessMode() const { return m_session->accessMode(); }
+    qint32 AccessMode() const;
     void setAccessMode(qint32 pAccessMode);
 
     // The designer window, when the windows are available; the component does not own it.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "production/base/Export.h"
 #include "production/pages/ReportOutput.h"
 
 #include <QString>
@@ -12,17 +13,17 @@ class PageDocument;
 // the name itself when the server has such a printer, its default printer for an empty name.
 // Empty, with the reason in error, when there is no such printer, no default one or no print
 // server.
-QString findPrinter(const QString& name, QString* error);
+TABULOR_EXPORT QString findPrinter(const QString& name, QString* error);
 
 // Sends the pages of a document to a printer (the default one for an empty name) as one job
 // titled with the document's file name. Each page keeps its size and orientation. False, with
 // the reason in error, when the printer cannot be found or the job could not be handed over.
-[[nodiscard]] bool PrintDoc(const PageDocument& document, const QString& printerName,
-                            QString* error);
+[[nodiscard]] TABULOR_EXPORT bool PrintDoc(const PageDocument& document, const QString& printerName,
+                                           QString* error);
 
 // A report on a printer: the printer is looked for before the report is laid out, and the
 // whole document goes to it as one job.
-class PrinterOutput : public ReportOutput
+class TABULOR_EXPORT PrinterOutput : public ReportOutput
 {
 public:
     // An empty name stands for the default printer.

@@ -14,7 +14,7 @@ fail() {
 build=$1
 source=$2
 sample=$3
-for tool in cc pkg-config cmake pdfinfo pdftotext desktop-file-validate update-mime-database; do
+for tool in cc c++ nm pkg-config cmake pdfinfo pdftotext desktop-file-validate update-mime-database; do
     command -v "$tool" >/dev/null ||
         fail "$tool is not installed (scripts/install-deps.sh installs what the tests need)"
 done
@@ -36,6 +36,26 @@ for file in libtabulor_print.so pkgconfig/tabulor.pc cmake/Tabulor/TabulorConfig
     cmake/Tabulor/TabulorTargets.cmake; do
     [ -e "$libdir/$file" ] || fail "$libdir/$file was not installed"
 done
+
+# Only the public headers are installed, and each compiles on its own as a host includes it.
+read -r -a public <"$build/package/public-headers.txt"
+expected=$(printf '%s\n' "${public[@]}" tabulor.h tabulor_recordset.h | sort)
+installed=$(cd "$prefix/include/tabulor" && find . -name '*.h' | sed 's|^\./||' | sort)
+[ "$installed" = "$expected" ] || fail "the installed headers are not the public ones:
+$(diff <(echo "$expected") <(echo "$installed"))"
+# shellcheck disable=SC2046 # the flags are words
+for header in "${public[@]}"; do
+    echo "#include \"$header\"" | c++ -std=c++20 -fPIC -fsyntax-only -Werror -x c++ - \
+        -I"$prefix/include/tabulor" $(pkg-config --cflags Qt6Gui) ||
+        fail "the installed header $header does not compile on its own"
+done
+
+# The library shows hosts its public classes and nothing of what lies behind them.
+exported=$(nm -DC --defined-only "$libdir/libtabulor.so")
+for hidden in OutlineGrid ReportSession DataSource PdfWriter StringTable; do
+    ! grep -q "tabulor::$hidden" <<<"$exported" || fail "libtabulor.so exports tabulor::$hidden"
+done
+grep -q 'tabulor::Tabulor::DoReport' <<<"$exported" || fail "libtabulor.so hides Tabulor::DoReport"
 
 # The installed program finds its libraries by itself.
 "$prefix/bin/tabulor" --help >/dev/null

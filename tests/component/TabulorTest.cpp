@@ -1,5 +1,6 @@
 #include "component/Tabulor.h"
 #include "component/Designer.h"
+#include "component/ReportSession.h"
 #include "production/pages/PageDocument.h"
 
 #include "MemoryRecordset.h"

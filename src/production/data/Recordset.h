@@ -1,5 +1,7 @@
 #pragma once
 
+#include "production/base/Export.h"
+
 #include <QString>
 #include <QVariant>
 
@@ -10,7 +12,7 @@ namespace tabulor {
 // A forward-only cursor over rows: what the report reads from a database record source and
 // what a host hands in instead of a database. Implementations never throw; a failed move
 // returns false and the reader stops there.
-class Recordset
+class TABULOR_EXPORT Recordset
 {
 public:
     virtual ~Recordset() = default;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "definition/ReportStyle.h"
+#include "production/base/Export.h"
 #include "production/pages/DisplayList.h"
 
 #include <QColor>
@@ -16,7 +17,7 @@ namespace tabulor {
 // package, outside the font search path: it is registered with Qt when it is first used, so
 // that layouts keep their widths. A face that is not installed is replaced, and the
 // replacement is remembered so that the user can be told.
-class FontCatalog
+class TABULOR_EXPORT FontCatalog
 {
 public:
     FontCatalog();

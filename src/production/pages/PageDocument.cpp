@@ -1,12 +1,17 @@
 #include "production/pages/PageDocument.h"
 
+#include "production/pages/FontCatalog.h"
+#include "production/pages/RichText.h"
+#include "production/pages/TextMeasure.h"
+
 #include <algorithm>
 #include <cmath>
 
 namespace tabulor {
 
 PageDocument::PageDocument()
-    : m_newPageHooks(std::make_shared<PageHooks>()), m_endDocHooks(std::make_shared<PageHooks>())
+    : m_fonts(std::make_unique<FontCatalog>()), m_newPageHooks(std::make_shared<PageHooks>()),
+      m_endDocHooks(std::make_shared<PageHooks>())
 {
     m_setup.paper = PageSetup::localePaper();
     font.family = QStringLiteral("Tahoma");
@@ -20,7 +25,7 @@ const TextMeasure& PageDocument::measure(const FontSpec& fontSpec) const
         if (known == fontSpec)
             return *m;
     }
-    m_measures.emplace_back(fontSpec, std::make_unique<TextMeasure>(m_fonts.font(fontSpec)));
+    m_measures.emplace_back(fontSpec, std::make_unique<TextMeasure>(m_fonts->font(fontSpec)));
     return *m_measures.back().second;
 }
 

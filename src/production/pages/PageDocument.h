@@ -1,12 +1,10 @@
 #pragma once
 
+#include "production/base/Export.h"
 #include "production/pages/DisplayList.h"
-#include "production/pages/FontCatalog.h"
 #include "production/pages/PageHooks.h"
 #include "production/pages/PageSetup.h"
 #include "production/pages/PageSink.h"
-#include "production/pages/RichText.h"
-#include "production/pages/TextMeasure.h"
 
 #include <QString>
 
@@ -16,11 +14,15 @@
 
 namespace tabulor {
 
+class FontCatalog;
+class TextMeasure;
+struct RichText;
+
 // A document of pages, written from the top down: text, paragraphs and boxes in the current
 // font and alignment, with a current vertical position that moves on to a new page when the
 // page is full. Each page is recorded as a display list. Pages stay in the document for the
 // preview, or go to a sink as soon as they are complete.
-class PageDocument
+class TABULOR_EXPORT PageDocument
 {
 public:
     PageDocument();
@@ -89,7 +91,7 @@ public:
     // The pages kept in the document (none when they went to a sink).
     const std::vector<PageDisplayList>& pages() const { return m_pages; }
 
-    const FontCatalog& fonts() const { return m_fonts; }
+    const FontCatalog& fonts() const { return *m_fonts; }
 
 private:
     void beginPage();
@@ -98,7 +100,7 @@ private:
     void drawLines(const QStringList& lines, double left, double top, double width);
 
     PageSetup m_setup;
-    FontCatalog m_fonts;
+    std::unique_ptr<FontCatalog> m_fonts;
     mutable std::vector<std::pair<FontSpec, std::unique_ptr<TextMeasure>>> m_measures;
     PageSink* m_sink = nullptr;
     std::vector<PageDisplayList> m_pages;

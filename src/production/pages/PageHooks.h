@@ -1,5 +1,7 @@
 #pragma once
 
+#include "production/base/Export.h"
+
 #include <functional>
 #include <memory>
 #include <utility>
@@ -11,7 +13,7 @@ class PageDocument;
 class PageHooks;
 
 // Keeps a hook of a page document registered; the hook is removed when its handle goes.
-class PageHook
+class TABULOR_EXPORT PageHook
 {
 public:
     PageHook() = default;
@@ -34,7 +36,7 @@ private:
 // The hooks of one event of a page document, called in the order they were added. Several
 // parties may watch one document (the report that draws the page header, a window that shows
 // progress) without knowing of each other.
-class PageHooks : public std::enable_shared_from_this<PageHooks>
+class TABULOR_EXPORT PageHooks : public std::enable_shared_from_this<PageHooks>
 {
 public:
     using Hook = std::function<void(PageDocument&)>;

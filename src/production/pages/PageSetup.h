@@ -1,12 +1,14 @@
 #pragma once
 
+#include "production/base/Export.h"
+
 #include <QSizeF>
 #include <QtGlobal>
 
 namespace tabulor {
 
 // The page of a document, in twips.
-struct PageSetup
+struct TABULOR_EXPORT PageSetup
 {
     QSizeF paper;           // portrait width and height
     qint16 orientation = 0; // 0 portrait, 1 landscape

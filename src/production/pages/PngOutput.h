@@ -1,5 +1,6 @@
 #pragma once
 
+#include "production/base/Export.h"
 #include "production/pages/DisplayList.h"
 #include "production/pages/ReportOutput.h"
 
@@ -12,7 +13,7 @@ class FontCatalog;
 
 // Writes pages as PNG images at a resolution, one file a page: the file name pattern holds
 // "%d" for the page number (it may be left out when only one page is written).
-class PngOutput : public ReportOutput
+class TABULOR_EXPORT PngOutput : public ReportOutput
 {
 public:
     // firstPage and lastPage choose the pages (1-based, inclusive); pages beyond the
@@ -30,6 +31,7 @@ private:
 };
 
 // The image of one page at a resolution, on white.
-QImage pageImage(const PageDisplayList& page, int dotsPerInch, const FontCatalog& fonts);
+TABULOR_EXPORT QImage pageImage(const PageDisplayList& page, int dotsPerInch,
+                                const FontCatalog& fonts);
 
 } // namespace tabulor

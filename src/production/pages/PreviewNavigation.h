@@ -1,5 +1,7 @@
 #pragma once
 
+#include "production/base/Export.h"
+
 #include <QObject>
 
 namespace tabulor {
@@ -18,7 +20,7 @@ enum class ZoomMode
 // The page a preview shows of a document and the zoom it shows it at: what a navigation bar
 // reads and sets, and what the view that paints the pages follows. In a fitted zoom mode the
 // view works the percentage out from its size and hands it in.
-class PreviewNavigation : public QObject
+class TABULOR_EXPORT PreviewNavigation : public QObject
 {
     Q_OBJECT
 

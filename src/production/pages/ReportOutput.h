@@ -1,5 +1,7 @@
 #pragma once
 
+#include "production/base/Export.h"
+
 #include <QString>
 
 namespace tabulor {
@@ -10,7 +12,7 @@ class PageSink;
 // Where the pages of a finished report go: a PDF, image files, a printer. An output either
 // takes each page as soon as it is laid out (when it is the report's only output and can take
 // pages so), or is handed the document's pages once the document is complete.
-class ReportOutput
+class TABULOR_EXPORT ReportOutput
 {
 public:
     virtual ~ReportOutput() = default;

@@ -1,70 +1,76 @@
 #include "production/pdf/PdfFileOutput.h"
 
+#include "production/pages/BackgroundPageSink.h"
 #include "production/pages/PageDocument.h"
+#include "production/pdf/PdfPageSink.h"
+#include "production/pdf/PdfWriter.h"
+
+#include <optional>
 
 namespace tabulor {
+
+struct PdfFileOutput::Writing
+{
+    PdfWriter writer;
+    PdfPageSink sink{writer};
+    // Declared last, so that it is gone, its pages written, before the sink and the writer.
+    std::optional<BackgroundPageSink> background;
+};
 
 PdfFileOutput::PdfFileOutput(QString path, QString title)
     : m_path(std::move(path)), m_title(std::move(title))
 {
 }
 
-PdfFileOutput::~PdfFileOutput()
-{
-    discard();
-}
+PdfFileOutput::~PdfFileOutput() = default;
 
 bool PdfFileOutput::start(QString* error)
 {
-    m_writer = std::make_unique<PdfWriter>();
+    m_writing = std::make_unique<Writing>();
     QString reason;
-    if (!m_writer->open(m_path, &reason)) {
+    if (!m_writing->writer.open(m_path, &reason)) {
         *error = cannotWrite(m_path, reason);
-        m_writer.reset();
+        m_writing.reset();
         return false;
     }
-    m_writer->begin(m_title);
-    m_sink = std::make_unique<PdfPageSink>(*m_writer);
+    m_writing->writer.begin(m_title);
     return true;
 }
 
 PageSink* PdfFileOutput::streamingSink()
 {
-    if (!m_sink)
+    if (!m_writing)
         return nullptr;
-    m_background.emplace(*m_sink);
-    return &*m_background;
+    m_writing->background.emplace(m_writing->sink);
+    return &*m_writing->background;
 }
 
 bool PdfFileOutput::finish(const PageDocument& document, QString* error)
 {
-    if (!m_writer) {
+    if (!m_writing) {
         *error = cannotWrite(m_path, QStringLiteral("the PDF was not started"));
         return false;
     }
-    if (m_background) {
-        m_background->finish();
+    if (m_writing->background) {
+        m_writing->background->finish();
     } else {
         for (const PageDisplayList& page : document.pages())
-            m_sink->addPage(PageDisplayList(page));
+            m_writing->sink.addPage(PageDisplayList(page));
     }
     bool written = false;
-    QString reason = m_sink->error();
+    QString reason = m_writing->sink.error();
     if (reason.isEmpty())
-        written = m_writer->finish(&reason);
-    if (!written) {
+        written = m_writing->writer.finish(&reason);
+    if (!written)
         *error = cannotWrite(m_path, reason);
-        discard();
-    }
+    // A writer that did not finish removes what it began.
+    m_writing.reset();
     return written;
 }
 
 void PdfFileOutput::discard()
 {
-    // The pages still on their way are written first: the sink's thread uses the writer.
-    m_background.reset();
-    m_sink.reset();
-    m_writer.reset(); // a writer that did not finish removes what it began
+    m_writing.reset();
 }
 
 } // namespace tabulor

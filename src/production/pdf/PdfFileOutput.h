@@ -1,14 +1,11 @@
 #pragma once
 
-#include "production/pages/BackgroundPageSink.h"
+#include "production/base/Export.h"
 #include "production/pages/ReportOutput.h"
-#include "production/pdf/PdfPageSink.h"
-#include "production/pdf/PdfWriter.h"
 
 #include <QString>
 
 #include <memory>
-#include <optional>
 
 namespace tabulor {
 
@@ -16,7 +13,7 @@ namespace tabulor {
 // on a thread of its own as soon as it is laid out, so memory stays the same however long the
 // report is; otherwise the complete document's pages are written at the end. The file appears
 // only when everything was written; a file already there stays until then.
-class PdfFileOutput : public ReportOutput
+class TABULOR_EXPORT PdfFileOutput : public ReportOutput
 {
 public:
     // title: the report's file name, shown by PDF viewers.
@@ -29,11 +26,10 @@ public:
     void discard() override;
 
 private:
+    struct Writing;
     QString m_path;
     QString m_title;
-    std::unique_ptr<PdfWriter> m_writer;
-    std::unique_ptr<PdfPageSink> m_sink;
-    std::optional<BackgroundPageSink> m_background;
+    std::unique_ptr<Writing> m_writing; // from start() until finished or discarded
 };
 
 } // namespace tabulor

@@ -18,7 +18,7 @@ qint16 fieldTypeForValue(const QVariant& value);
 // horizontal header, and its top-level rows the records. A model that loads rows on demand is
 // asked for more as the cursor reaches the last loaded row. The model stays the host's; once
 // it is destroyed the recordset can no longer tell its fields.
-class ItemModelRecordset final : public Recordset
+class TABULOR_EXPORT ItemModelRecordset final : public Recordset
 {
 public:
     // fieldTypes gives the type of each column in order; a column without one takes the type

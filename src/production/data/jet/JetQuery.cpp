@@ -7,7 +7,7 @@
 #include "production/data/jet/JetHandle.h"
 #include "production/data/jet/JetRecordset.h"
 #include "production/data/jet/JetSqlFunctions.h"
-#include "production/data/jet/JetSqlTranslator.h"
+#include "production/data/jet/sql/JetSqlTranslator.h"
 #include "production/data/sqlite/SqliteConnection.h"
 #include "production/data/sqlite/SqliteValues.h"
 

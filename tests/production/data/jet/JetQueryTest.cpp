@@ -5,7 +5,7 @@
 #include "production/base/Currency.h"
 #include "production/base/FieldType.h"
 #include "production/data/jet/JetSqlFunctions.h"
-#include "production/data/jet/JetSqlTranslator.h"
+#include "production/data/jet/sql/JetSqlTranslator.h"
 
 #include <QDateTime>
 

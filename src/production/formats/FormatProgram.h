@@ -119,6 +119,11 @@ struct FormatSection
     {
         return QStringView(literals).sliced(token.a, token.b);
     }
+
+    // Appends a token, as the section's compiler reads its characters.
+    void addOp(FormatOp op, qint32 a = 0, qint32 b = 0);
+    // Appends a literal character, to the literal token before it when there is one.
+    void addLiteral(QChar c);
 };
 
 // A display format, compiled once. Named formats that the locale defines are resolved when

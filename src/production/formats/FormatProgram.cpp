@@ -5,8 +5,6 @@
 #include "production/formats/FormatNumberCompiler.h"
 #include "production/formats/FormatTextCompiler.h"
 
-#include <QHash>
-
 #include <algorithm>
 
 namespace tabulor {
@@ -53,8 +51,8 @@ FormatSection compileSection(const FormatChars& chars)
 struct NamedFormat
 {
     QLatin1StringView name;
-    QLatin1StringView custom;                       // the same as a custom format
-    QString FormatLocale::*localePattern = nullptr; // defined by the locale
+    QLatin1StringView custom;                             // the same as a custom format
+    FormatPattern FormatLocale::*localePattern = nullptr; // defined by the locale
 };
 
 const NamedFormat NamedFormats[] = {
@@ -123,22 +121,6 @@ std::shared_ptr<const FormatProgram> compileFormat(const QString& format)
         for (const FormatChars& chars : splitFormatSections(custom))
             program->sections.push_back(compileSection(chars));
     }
-    return program;
-}
-
-std::shared_ptr<const FormatProgram> cachedFormat(const QString& format)
-{
-    // Enough for every column of a report; a report with more formats than this only pays
-    // for compiling them again.
-    constexpr qsizetype kCapacity = 64;
-    thread_local QHash<QString, std::shared_ptr<const FormatProgram>> cache;
-    const auto found = cache.constFind(format);
-    if (found != cache.cend())
-        return found.value();
-    if (cache.size() >= kCapacity)
-        cache.clear();
-    std::shared_ptr<const FormatProgram> program = compileFormat(format);
-    cache.insert(format, program);
     return program;
 }
 

@@ -133,7 +133,7 @@ struct FormatProgram
 {
     QString source;
     std::vector<FormatSection> sections;
-    QString FormatLocale::*localePattern = nullptr;
+    FormatPattern FormatLocale::*localePattern = nullptr;
     bool generalNumber = false;
 
     bool isTextFormat() const
@@ -144,9 +144,5 @@ struct FormatProgram
 };
 
 std::shared_ptr<const FormatProgram> compileFormat(const QString& format);
-
-// The compiled program for `format`, kept per thread for the formats in recent use: a report
-// applies the same few formats to every cell.
-std::shared_ptr<const FormatProgram> cachedFormat(const QString& format);
 
 } // namespace tabulor

@@ -154,12 +154,11 @@ QString applyProgram(const FormatProgram& program, const QVariant& value,
                      const FormatLocale& locale)
 {
     if (program.localePattern) {
-        const std::shared_ptr<const FormatProgram> pattern =
-            cachedFormat(locale.*program.localePattern);
+        const FormatProgram& pattern = (locale.*program.localePattern).program();
         // A locale pattern that names a locale pattern again would never end.
-        if (pattern->localePattern)
+        if (pattern.localePattern)
             return valueText(value, locale);
-        return applyProgram(*pattern, value, locale);
+        return applyProgram(pattern, value, locale);
     }
     if (program.generalNumber) {
         const std::optional<Operand> operand = operandOf(value, locale, false);
@@ -232,7 +231,7 @@ QString DisplayFormat::apply(const QVariant& value, const FormatLocale& locale) 
 
 QString formatValue(const QVariant& value, const QString& format, const FormatLocale& locale)
 {
-    return applyProgram(*cachedFormat(format), value, locale);
+    return applyProgram(*compileFormat(format), value, locale);
 }
 
 QString valueText(const QVariant& value, const FormatLocale& locale)

@@ -32,7 +32,8 @@ private:
     std::shared_ptr<const FormatProgram> m_program;
 };
 
-// Formats one value; the compiled format is kept for the next call with the same format.
+// Formats one value, compiling the format for it: a caller that formats many values with one
+// format keeps a DisplayFormat instead.
 QString formatValue(const QVariant& value, const QString& format, const FormatLocale& locale);
 
 // A value's own text, what the empty format shows: integers plainly, doubles in the fewest

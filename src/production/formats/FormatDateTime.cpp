@@ -25,14 +25,15 @@ void appendTokens(FormatOutput& out, const FormatSection& section, const DateTim
 
 // The locale's own patterns are themselves formats. Codes inside them that would expand to a
 // locale pattern again show nothing, so that no pattern can expand itself.
-void appendLocalePattern(FormatOutput& out, const QString& pattern, const DateTimeValue& value,
-                         const FormatLocale& locale, bool withinLocalePattern)
+void appendLocalePattern(FormatOutput& out, const FormatPattern& pattern,
+                         const DateTimeValue& value, const FormatLocale& locale,
+                         bool withinLocalePattern)
 {
     if (withinLocalePattern)
         return;
-    const std::shared_ptr<const FormatProgram> program = cachedFormat(pattern);
-    if (!program->sections.empty())
-        appendTokens(out, program->sections.front(), value, locale, true);
+    const FormatProgram& program = pattern.program();
+    if (!program.sections.empty())
+        appendTokens(out, program.sections.front(), value, locale, true);
 }
 
 void appendGeneral(FormatOutput& out, const DateTimeValue& value, const FormatLocale& locale,

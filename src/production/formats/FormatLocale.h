@@ -1,5 +1,7 @@
 #pragma once
 
+#include "production/formats/FormatPattern.h"
+
 #include <QString>
 
 #include <array>
@@ -10,7 +12,7 @@ namespace tabulor {
 
 // The regional settings that display formats read: separators, names and the patterns behind
 // the named date, time and currency formats. Patterns are written in the display-format
-// language itself ("m/d/yyyy", "h:nn:ss AMPM").
+// language itself ("m/d/yyyy", "h:nn:ss AMPM") and kept compiled.
 struct FormatLocale
 {
     QString decimalSeparator;
@@ -27,13 +29,13 @@ struct FormatLocale
     QString amDesignator; // shown by "AMPM"
     QString pmDesignator;
 
-    QString shortDate; // "Short Date", "ddddd" and the date part of "c"
-    QString mediumDate;
-    QString longDate; // "Long Date", "dddddd"
-    QString shortTime;
-    QString mediumTime;
-    QString longTime; // "Long Time", "ttttt" and the time part of "c"
-    QString currency; // the "Currency" format, sections for positive and negative amounts
+    FormatPattern shortDate; // "Short Date", "ddddd" and the date part of "c"
+    FormatPattern mediumDate;
+    FormatPattern longDate; // "Long Date", "dddddd"
+    FormatPattern shortTime;
+    FormatPattern mediumTime;
+    FormatPattern longTime; // "Long Time", "ttttt" and the time part of "c"
+    FormatPattern currency; // the "Currency" format, sections for positive and negative amounts
 
     // Separators, names, the short and long date, the long time and the currency layout come
     // from the locale. Years in the locale's dates are widened to four digits, so that no date

@@ -119,6 +119,11 @@ struct FormatSection
     {
         return QStringView(literals).sliced(token.a, token.b);
     }
+
+    // Appends a token, as the section's compiler reads its characters.
+    void addOp(FormatOp op, qint32 a = 0, qint32 b = 0);
+    // Appends a literal character, to the literal token before it when there is one.
+    void addLiteral(QChar c);
 };
 
 // A display format, compiled once. Named formats that the locale defines are resolved when
@@ -128,7 +133,7 @@ struct FormatProgram
 {
     QString source;
     std::vector<FormatSection> sections;
-    QString FormatLocale::*localePattern = nullptr;
+    FormatPattern FormatLocale::*localePattern = nullptr;
     bool generalNumber = false;
 
     bool isTextFormat() const
@@ -139,9 +144,5 @@ struct FormatProgram
 };
 
 std::shared_ptr<const FormatProgram> compileFormat(const QString& format);
-
-// The compiled program for `format`, kept per thread for the formats in recent use: a report
-// applies the same few formats to every cell.
-std::shared_ptr<const FormatProgram> cachedFormat(const QString& format);
 
 } // namespace tabulor

@@ -1,14 +1,13 @@
 #include "production/richtext/RtfReader.h"
 #include "production/richtext/RtfCodePages.h"
+#include "production/richtext/RtfColorTable.h"
+#include "production/richtext/RtfControlWords.h"
+#include "production/richtext/RtfFontTable.h"
 #include "production/richtext/RtfTokenizer.h"
 
 #include <QByteArray>
 
 #include <algorithm>
-#include <array>
-#include <map>
-#include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace tabulor {
@@ -31,131 +30,6 @@ enum class Destination
     Skipped,
 };
 
-enum class Action
-{
-    Skip,
-    FontTable,
-    ColorTable,
-    Paragraph,
-    Character, // value: the character
-    Bold,
-    Italic,
-    Underline,
-    NoUnderline,
-    StrikeOut,
-    Hidden,
-    Plain,
-    FontSize,
-    Color,
-    Font,
-    DefaultFont,
-    ParagraphDefaults,
-    Align,                // value: the alignment
-    DocumentCharacterSet, // value: its code page
-    DocumentCodePage,
-    FontCharacterSet,
-    FontCodePage,
-    Red,
-    Green,
-    Blue,
-    Unicode,
-    UnicodeSkip,
-};
-
-struct WordAction
-{
-    Action action;
-    int value = 0;
-};
-
-// The words of a list separated by blanks.
-std::vector<std::string_view> words(std::string_view list)
-{
-    std::vector<std::string_view> result;
-    for (size_t start = 0; start < list.size();) {
-        const size_t end = std::min(list.find(' ', start), list.size());
-        result.push_back(list.substr(start, end - start));
-        start = end + 1;
-    }
-    return result;
-}
-
-const std::unordered_map<std::string_view, WordAction>& controlWords()
-{
-    static const std::unordered_map<std::string_view, WordAction> table = [] {
-        std::unordered_map<std::string_view, WordAction> w = {
-            {"fonttbl", {Action::FontTable}},
-            {"colortbl", {Action::ColorTable}},
-            {"par", {Action::Paragraph}},
-            {"sect", {Action::Paragraph}},
-            {"page", {Action::Paragraph}},
-            {"row", {Action::Paragraph}},
-            {"line", {Action::Character, '\n'}},
-            {"tab", {Action::Character, '\t'}},
-            {"cell", {Action::Character, '\t'}},
-            {"emdash", {Action::Character, 0x2014}},
-            {"endash", {Action::Character, 0x2013}},
-            {"emspace", {Action::Character, 0x2003}},
-            {"enspace", {Action::Character, 0x2002}},
-            {"qmspace", {Action::Character, 0x2005}},
-            {"bullet", {Action::Character, 0x2022}},
-            {"lquote", {Action::Character, 0x2018}},
-            {"rquote", {Action::Character, 0x2019}},
-            {"ldblquote", {Action::Character, 0x201C}},
-            {"rdblquote", {Action::Character, 0x201D}},
-            {"zwnj", {Action::Character, 0x200C}},
-            {"zwj", {Action::Character, 0x200D}},
-            {"ltrmark", {Action::Character, 0x200E}},
-            {"rtlmark", {Action::Character, 0x200F}},
-            {"b", {Action::Bold}},
-            {"i", {Action::Italic}},
-            {"ulnone", {Action::NoUnderline}},
-            {"strike", {Action::StrikeOut}},
-            {"striked", {Action::StrikeOut}},
-            {"v", {Action::Hidden}},
-            {"plain", {Action::Plain}},
-            {"fs", {Action::FontSize}},
-            {"cf", {Action::Color}},
-            {"f", {Action::Font}},
-            {"deff", {Action::DefaultFont}},
-            {"pard", {Action::ParagraphDefaults}},
-            {"ql", {Action::Align, int(RichTextAlignment::Left)}},
-            {"qj", {Action::Align, int(RichTextAlignment::Left)}},
-            {"qc", {Action::Align, int(RichTextAlignment::Centre)}},
-            {"qr", {Action::Align, int(RichTextAlignment::Right)}},
-            {"ansi", {Action::DocumentCharacterSet, 1252}},
-            {"mac", {Action::DocumentCharacterSet, 10000}},
-            {"pc", {Action::DocumentCharacterSet, 437}},
-            {"pca", {Action::DocumentCharacterSet, 850}},
-            {"ansicpg", {Action::DocumentCodePage}},
-            {"fcharset", {Action::FontCharacterSet}},
-            {"cpg", {Action::FontCodePage}},
-            {"red", {Action::Red}},
-            {"green", {Action::Green}},
-            {"blue", {Action::Blue}},
-            {"u", {Action::Unicode}},
-            {"uc", {Action::UnicodeSkip}},
-        };
-        // Every kind of underline is drawn as a plain one.
-        for (std::string_view underline :
-             words("ul uld uldash uldashd uldashdd uldb ulhwave ulldash ulth ulthd ulthdash "
-                   "ulthdashd ulthdashdd ulthldash ululdbwave ulw ulwave"))
-            w.emplace(underline, WordAction{Action::Underline});
-        // Destinations whose text is not part of what the page shows. \pn holds the numbering
-        // that \pntext already spells out for readers that do not number lists themselves.
-        for (std::string_view skipped :
-             words("annotation atnauthor atnid author buptim colorschememapping comment creatim "
-                   "datastore doccomm docvar fchars filetbl fldinst footer footerf footerl "
-                   "footerr footnote ftncn ftnsep ftnsepc generator header headerf headerl "
-                   "headerr info keywords latentstyles lchars listoverridetable listtable "
-                   "nonshppict object operator pict pn printim private revtbl revtim rsidtbl rxe "
-                   "shp stylesheet subject tc template themedata title txe userprops xe xmlnstbl"))
-            w.emplace(skipped, WordAction{Action::Skip});
-        return w;
-    }();
-    return table;
-}
-
 // Control characters other than the tab have no place in a title; the line breaks of \line
 // are added as they are.
 bool isShown(char32_t c)
@@ -177,12 +51,6 @@ struct GroupState
     bool hidden = false;
     int unicodeSkip = 1;
     RichTextAlignment alignment = RichTextAlignment::Left;
-};
-
-struct Font
-{
-    QString name;
-    int codePage = 0; // 0: the document's
 };
 
 class Reader
@@ -212,9 +80,6 @@ private:
     void endParagraph();
 
     int codePage() const;
-    void startFont(int number);
-    void endFont();
-    void endColor();
 
     RtfTokenizer m_tokens;
     std::optional<RtfProblem> m_problem;
@@ -225,11 +90,8 @@ private:
 
     RtfCodePages m_codePages;
     int m_documentCodePage = RtfCodePages::Western;
-    int m_defaultFont = 0;
-    std::map<int, Font> m_fonts;
-    std::optional<std::pair<int, Font>> m_font; // the font table entry being read
-    std::vector<std::optional<QColor>> m_colors;
-    std::array<std::optional<int>, 3> m_color; // the colour table entry being read
+    RtfFontTable m_fonts;
+    RtfColorTable m_colors;
 
     QByteArray m_bytes; // text bytes not yet decoded
     int m_bytesCodePage = 0;
@@ -334,10 +196,10 @@ void Reader::endGroup(const RtfToken& token)
     const Destination outer = m_groups[m_groups.size() - 2].destination;
     // A font's entry ends with its group at the latest; the table's last colour may lack ";".
     if (closing == Destination::FontTable)
-        endFont();
+        m_fonts.endEntry();
     if (closing == Destination::ColorTable && outer != Destination::ColorTable &&
-        std::any_of(m_color.begin(), m_color.end(), [](auto part) { return part.has_value(); }))
-        endColor();
+        m_colors.entryHasPart())
+        m_colors.endEntry();
     // The first group is the document: its text ends with it.
     if (m_groups.size() == 2) {
         if (!m_paragraph.runs.empty())
@@ -352,14 +214,14 @@ void Reader::endGroup(const RtfToken& token)
 
 void Reader::handleWord(const RtfToken& token)
 {
-    const auto& table = controlWords();
-    const auto found = table.find(token.word);
-    if (found == table.end())
+    const RtfControlWord* word = findControlWord(token.word);
+    if (!word)
         return;
+    using Action = RtfControlWord::Action;
     GroupState& s = state();
-    const int value = found->second.value;
+    const int value = word->value;
     const int parameter = token.parameter.value_or(0);
-    switch (found->second.action) {
+    switch (word->action) {
     case Action::Skip:
         s.destination = Destination::Skipped;
         break;
@@ -407,23 +269,18 @@ void Reader::handleWord(const RtfToken& token)
     }
     case Action::Color:
         // Entry 0 is the automatic colour, as is any entry without a red, green or blue.
-        s.format.color = parameter > 0 && size_t(parameter) < m_colors.size()
-                             ? m_colors[size_t(parameter)]
-                             : std::nullopt;
+        s.format.color = m_colors.color(parameter);
         break;
     case Action::Font:
         if (s.destination == Destination::FontTable) {
-            startFont(parameter);
+            m_fonts.startEntry(parameter);
         } else {
-            const auto font = m_fonts.find(parameter);
             s.font = parameter;
-            s.format.family = font != m_fonts.end() && !font->second.name.isEmpty()
-                                  ? std::optional(font->second.name)
-                                  : std::nullopt;
+            s.format.family = m_fonts.family(parameter);
         }
         break;
     case Action::DefaultFont:
-        m_defaultFont = parameter;
+        m_fonts.setDefaultFont(parameter);
         break;
     case Action::ParagraphDefaults:
         s.alignment = RichTextAlignment::Left;
@@ -439,19 +296,18 @@ void Reader::handleWord(const RtfToken& token)
             m_documentCodePage = parameter;
         break;
     case Action::FontCharacterSet:
-        if (m_font && s.destination == Destination::FontTable)
-            m_font->second.codePage = codePageOfCharset(parameter);
+        if (s.destination == Destination::FontTable)
+            m_fonts.setEntryCodePage(codePageOfCharset(parameter));
         break;
     case Action::FontCodePage:
-        if (m_font && s.destination == Destination::FontTable && RtfCodePages::isKnown(parameter))
-            m_font->second.codePage = parameter;
+        if (s.destination == Destination::FontTable && RtfCodePages::isKnown(parameter))
+            m_fonts.setEntryCodePage(parameter);
         break;
     case Action::Red:
     case Action::Green:
     case Action::Blue:
         if (s.destination == Destination::ColorTable)
-            m_color[size_t(found->second.action) - size_t(Action::Red)] =
-                std::clamp(parameter, 0, 255);
+            m_colors.setPart(int(word->action) - int(Action::Red), parameter);
         break;
     case Action::Unicode:
         handleUnicode(token);
@@ -494,9 +350,9 @@ void Reader::handleCharacter(char16_t c)
     flushBytes();
     flushSurrogate();
     if (tableEnd && destination == Destination::FontTable)
-        endFont();
+        m_fonts.endEntry();
     else if (tableEnd)
-        endColor();
+        m_colors.endEntry();
     else
         appendCharacter(c);
 }
@@ -537,8 +393,8 @@ void Reader::appendText(const QString& text)
     const GroupState& s = state();
     if (text.isEmpty())
         return;
-    if (s.destination == Destination::FontTable && m_font) {
-        m_font->second.name += text;
+    if (s.destination == Destination::FontTable) {
+        m_fonts.appendToEntryName(text);
     } else if (s.destination == Destination::Text && !s.hidden) {
         if (!m_paragraph.runs.empty() && m_paragraph.runs.back().format == s.format)
             m_paragraph.runs.back().text += text;
@@ -583,39 +439,10 @@ void Reader::endParagraph()
 int Reader::codePage() const
 {
     const GroupState& s = m_groups.back();
-    int page = 0;
-    if (s.destination == Destination::FontTable) {
-        page = m_font ? m_font->second.codePage : 0;
-    } else {
-        const auto font = m_fonts.find(s.font.value_or(m_defaultFont));
-        page = font != m_fonts.end() ? font->second.codePage : 0;
-    }
+    const int page = s.destination == Destination::FontTable
+                         ? m_fonts.entryCodePage()
+                         : m_fonts.codePageOf(s.font.value_or(m_fonts.defaultFont()));
     return page ? page : m_documentCodePage;
-}
-
-void Reader::startFont(int number)
-{
-    endFont();
-    m_font.emplace(number, Font{});
-}
-
-void Reader::endFont()
-{
-    if (!m_font)
-        return;
-    m_font->second.name = m_font->second.name.trimmed();
-    m_fonts.insert_or_assign(m_font->first, std::move(m_font->second));
-    m_font.reset();
-}
-
-void Reader::endColor()
-{
-    const auto [red, green, blue] = m_color;
-    if (red || green || blue)
-        m_colors.emplace_back(QColor(red.value_or(0), green.value_or(0), blue.value_or(0)));
-    else
-        m_colors.emplace_back(std::nullopt);
-    m_color = {};
 }
 
 } // namespace

@@ -80,7 +80,8 @@ JetDataSource::openRecordSource(const QString& name, std::optional<qint64> rowLi
         return target ? target->openRecordSource(object->foreignName, rowLimit, error) : nullptr;
     }
     case JetObject::Kind::Query:
-        return JetQuery::open(*this, *m_handle, m_catalog, *object, rowLimit, error);
+        return JetQuery::open(*this, *m_handle, m_catalog, *object, rowLimit, m_queryNesting,
+                              error);
     }
     return nullptr;
 }

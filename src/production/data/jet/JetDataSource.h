@@ -53,6 +53,9 @@ private:
     // How many links were followed to reach this file, so that links in a circle end.
     int m_linkDepth;
     OdbcOpener m_odbc;
+    // How many saved queries are being opened, each reading the next, so that queries that
+    // read each other in a circle end.
+    int m_queryNesting = 0;
 };
 
 } // namespace tabulor

@@ -6,6 +6,7 @@
 #include "production/data/sqlite/SqliteValues.h"
 
 #include <QDateTime>
+#include <QHash>
 #include <QLocale>
 #include <QRegularExpression>
 
@@ -218,6 +219,41 @@ void cdateFunction(sqlite3_context* context, int, sqlite3_value** argv)
     resultDate(context, dateArg(argv[0]));
 }
 
+// Format() on one connection: the named and the simple custom formats ("Short Date", "Medium
+// Date", "Long Date", "General Date", "Long Time", "Short Time", "Currency", "Fixed",
+// "Standard", "Percent", "General Number", "Yes/No", date patterns of yyyy yy q mmmm mmm mm m
+// dddd ddd dd d hh h nn ss AM/PM and number patterns of 0 # , . %); anything else shows the
+// value's own text. Values are formatted in the user's locale at the time of the call. What a
+// call builds is kept for the next: the locale's settings until the user's locale changes, and
+// the formats in recent use compiled.
+class JetFormatter
+{
+public:
+    QString format(const QVariant& value, const QString& format)
+    {
+        const QLocale locale;
+        if (locale != m_locale) {
+            m_locale = locale;
+            m_formatLocale = FormatLocale::fromQLocale(locale);
+        }
+        auto found = m_formats.constFind(format);
+        if (found == m_formats.cend()) {
+            // A query formats its rows with a few formats; one that takes its format from a
+            // column only pays for compiling again.
+            constexpr qsizetype Capacity = 64;
+            if (m_formats.size() >= Capacity)
+                m_formats.clear();
+            found = m_formats.insert(format, DisplayFormat(format));
+        }
+        return found->apply(value, m_formatLocale);
+    }
+
+private:
+    std::optional<QLocale> m_locale;
+    FormatLocale m_formatLocale;
+    QHash<QString, DisplayFormat> m_formats;
+};
+
 void formatFunction(sqlite3_context* context, int, sqlite3_value** argv)
 {
     QVariant value;
@@ -236,7 +272,8 @@ void formatFunction(sqlite3_context* context, int, sqlite3_value** argv)
         value = date.isValid() ? date : QVariant(text);
     }
     }
-    resultText(context, jetFormat(value, textArg(argv[1])));
+    auto* formatter = static_cast<JetFormatter*>(sqlite3_user_data(context));
+    resultText(context, formatter->format(value, textArg(argv[1])));
 }
 
 // First and Last keep the first and the last value of their group in row order.
@@ -330,11 +367,6 @@ bool jetLike(QStringView text, QStringView pattern)
     return p == pattern.size();
 }
 
-QString jetFormat(const QVariant& value, const QString& format)
-{
-    return formatValue(value, format, FormatLocale::fromQLocale(QLocale()));
-}
-
 bool registerJetFunctions(sqlite3* db)
 {
     struct Scalar
@@ -349,7 +381,7 @@ bool registerJetFunctions(sqlite3* db)
         {"jet_pow", 2, powFunction},           {"jet_right", 2, rightFunction},
         {"jet_datepart", 2, datePartFunction}, {"jet_dateserial", 3, dateSerialFunction},
         {"jet_dateadd", 3, dateAddFunction},   {"jet_datearith", 3, dateArithmeticFunction},
-        {"jet_cdate", 1, cdateFunction},       {"jet_format", 2, formatFunction},
+        {"jet_cdate", 1, cdateFunction},
     };
     const int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC;
     for (const Scalar& s : scalars) {
@@ -357,6 +389,13 @@ bool registerJetFunctions(sqlite3* db)
                                     nullptr) != SQLITE_OK)
             return false;
     }
+    // The connection owns its formatter and deletes it when it closes (or refuses it).
+    const auto deleteFormatter = [](void* formatter) {
+        delete static_cast<JetFormatter*>(formatter);
+    };
+    if (sqlite3_create_function_v2(db, "jet_format", 2, flags, new JetFormatter, formatFunction,
+                                   nullptr, nullptr, deleteFormatter) != SQLITE_OK)
+        return false;
     return sqlite3_create_function(db, "jet_first", 1, SQLITE_UTF8, nullptr, nullptr,
                                    edgeStep<false>, edgeFinal) == SQLITE_OK &&
            sqlite3_create_function(db, "jet_last", 1, SQLITE_UTF8, nullptr, nullptr, edgeStep<true>,

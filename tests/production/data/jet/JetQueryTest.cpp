@@ -5,7 +5,7 @@
 #include "production/base/Currency.h"
 #include "production/base/FieldType.h"
 #include "production/data/jet/JetSqlFunctions.h"
-#include "production/data/jet/JetSqlTranslator.h"
+#include "production/data/jet/sql/JetSqlTranslator.h"
 
 #include <QDateTime>
 
@@ -291,6 +291,49 @@ TEST_F(JetExpressions, DatesNumbersAndTheirTypes)
     EXPECT_EQ(eval("Not (1 = 1) Or 2 Between 1 And 3"), 1);
     EXPECT_EQ(eval("3 In (1, 2, 3)"), 1);
     EXPECT_EQ(eval("Null Is Null"), 1);
+}
+
+// TOP belongs to the SELECT it stands in: a subquery's limits the subquery, and the
+// statement's is not taken over by the subquery read inside it.
+TEST_F(JetExpressions, SubqueriesKeepTheirOwnTop)
+{
+    ASSERT_EQ(
+        sqlite3_exec(m_db,
+                     "CREATE TABLE t (a LONG); INSERT INTO t VALUES (1),(2),(3),(4),(5),(6),(7);"
+                     "CREATE TABLE u (b LONG); INSERT INTO u VALUES (3),(4),(5),(6),(7);",
+                     nullptr, nullptr, nullptr),
+        SQLITE_OK);
+    const JetSourceSchema t{"t", {"a"}, {FieldLong}};
+    const JetSourceSchema u{"u", {"b"}, {FieldLong}};
+    const auto firstColumn = [&](const QString& jet) {
+        JetSqlTranslator translator(
+            [&](const QString& name, QString* error) -> const JetSourceSchema* {
+                if (name == "t" || name == "u")
+                    return name == "t" ? &t : &u;
+                *error = "no table " + name;
+                return nullptr;
+            });
+        QString error;
+        const std::optional<QString> sql = translator.statement(jet, &error);
+        EXPECT_TRUE(sql) << jet.toStdString() << ": " << error.toStdString();
+        QList<qint64> values;
+        sqlite3_stmt* statement = nullptr;
+        const QByteArray text = sql.value_or(QString()).toUtf8();
+        EXPECT_EQ(sqlite3_prepare_v2(m_db, text.constData(), -1, &statement, nullptr), SQLITE_OK)
+            << text.toStdString() << ": " << sqlite3_errmsg(m_db);
+        while (statement && sqlite3_step(statement) == SQLITE_ROW)
+            values.append(sqlite3_column_int64(statement, 0));
+        sqlite3_finalize(statement);
+        return values;
+    };
+    EXPECT_EQ(firstColumn("SELECT a FROM t WHERE a IN (SELECT TOP 1 b FROM u ORDER BY b DESC) "
+                          "ORDER BY a"),
+              (QList<qint64>{7}));
+    EXPECT_EQ(firstColumn("SELECT TOP 2 a FROM t WHERE a IN (SELECT b FROM u) ORDER BY a DESC"),
+              (QList<qint64>{7, 6}));
+    EXPECT_EQ(firstColumn("SELECT TOP 3 [t].[a] FROM [t] WHERE [t].[a] > (SELECT TOP 1 b FROM u "
+                          "ORDER BY b) ORDER BY [t].[a]"),
+              (QList<qint64>{4, 5, 6}));
 }
 
 TEST_F(JetExpressions, UnknownSyntaxFailsWithAMessage)

@@ -68,11 +68,16 @@ private:
         const JetSourceSchema* schema;
     };
 
+    // The field type of a column named by its parts ([Table].[Column] or [Column]) in the
+    // sources known, the innermost first; 0 when none has it.
+    qint16 columnType(const QStringList& parts) const;
+
     SourceLoader m_loader;
     QList<Scope> m_scopes;
     QString m_aggregateCondition;
 
-    friend class JetSqlParser;
+    friend class JetExpressionParser;
+    friend class JetStatementParser;
 };
 
 } // namespace tabulor

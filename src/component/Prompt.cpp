@@ -4,6 +4,11 @@
 
 namespace tabulor {
 
+QString Prompt::chooseFile(const FileRequest&)
+{
+    return {};
+}
+
 PromptAnswer StderrPrompt::ask(const PromptRequest& request)
 {
     QString text = request.text;

@@ -143,6 +143,7 @@ bool ReportSession::ReadReportFile(const QString& path, const ProfileFile& file,
     m_definition.fields = staged->fields;
     placeFields(staged->groups, m_definition.groups, m_data.availableFields());
     placeFields(staged->details, m_definition.details, m_data.availableFields());
+    applyStoredWidths();
     rebuildReport();
     return true;
 }
@@ -289,6 +290,23 @@ void ReportSession::rebuildReport()
     Q_EMIT busyChanged(false);
 }
 
+void ReportSession::applyStoredWidths()
+{
+    OutlineGrid& grid = m_data.grid();
+    for (int c = 0; c < grid.columnCount(); ++c) {
+        const int field = FindField(m_definition.fields, grid.column(c).title);
+        if (field >= 0 && !grid.column(c).title.isEmpty())
+            grid.column(c).width = std::max(0.0f, m_definition.fields[field].Width);
+    }
+}
+
+void ReportSession::reloadData()
+{
+    m_data.LoadRowsIntoGrid();
+    applyStoredWidths();
+    rebuildReport();
+}
+
 void ReportSession::resizeColumn(int gridColumn, float width)
 {
     OutlineGrid& grid = m_data.grid();
@@ -351,6 +369,7 @@ void ReportSession::renderFullReport(PageDocument& document)
     }
     m_data.setUnlimitedRows(true);
     m_data.LoadRowsIntoGrid();
+    applyStoredWidths();
     rebuildReport();
     RenderReport(document);
     m_data.setUnlimitedRows(false);

@@ -92,6 +92,8 @@ public:
     // What lets pending events through during a rebuild of the working view; by default the
     // application's event loop, if there is one.
     void setEventPump(std::function<void()> pump) { m_eventPump = std::move(pump); }
+    // Loads the record source's rows again and rebuilds the report over them.
+    void reloadData();
     // The user dragged a grid column to a new width (twips).
     void resizeColumn(int gridColumn, float width);
 
@@ -107,6 +109,7 @@ public:
 
     // Where dates and times in titles, headers and footers come from.
     void setClock(std::function<QDateTime()> clock) { m_clock = std::move(clock); }
+    const std::function<QDateTime()>& clock() const { return m_clock; }
 Q_SIGNALS:
     void statusChanged(const QString& text);
     void busyChanged(bool busy);
@@ -125,6 +128,8 @@ private:
     std::unique_ptr<DataSource> openCheckedDatabase(const QString& name,
                                                     const QString& definitionPath);
     void pumpEvents();
+    // Gives the grid's columns the widths the field table stores (0: fit to the content).
+    void applyStoredWidths();
 
     ReportDefinition m_definition;
     ReportData m_data;

@@ -2,6 +2,8 @@
 #include "component/Designer.h"
 #include "component/ReportSession.h"
 #include "production/pages/PageDocument.h"
+#include "production/pages/PreviewCapable.h"
+#include "production/pages/PreviewNavigation.h"
 
 #include "MemoryRecordset.h"
 #include "ScriptedPrompt.h"
@@ -16,24 +18,46 @@ using namespace tabulor::test;
 
 namespace {
 
-// Records what the component asks of the designer window.
+// Records what the component asks of the designer window, in order.
 class RecordingDesigner : public Designer
 {
 public:
+    explicit RecordingDesigner(ReportSession& session) : m_session(session) {}
+
     void applyAccessMode(const AccessModeActions& actions) override { applied.append(actions); }
     void setToolbarAllowed(bool allowed) override { toolbar = allowed; }
-    void runModal(bool showLayoutWindow) override
+    void setCaption(const QString& text) override { caption = text; }
+    PageDocument& document() override { return own; }
+    void show(bool showLayoutWindow) override
     {
-        ++shown;
+        calls << QStringLiteral("show");
         layoutShown = showLayoutWindow;
     }
-    void setCaption(const QString& text) override { caption = text; }
+    void reportLoaded() override
+    {
+        calls << QStringLiteral("loaded ") + m_session.definition().CurrentFileName;
+    }
+    void setHostDocument(PageDocument* document) override { host = document; }
+    void waitUntilClosed() override { calls << QStringLiteral("wait"); }
 
     QList<AccessModeActions> applied;
     std::optional<bool> toolbar;
-    int shown = 0;
+    QStringList calls;
     bool layoutShown = false;
     QString caption;
+    PageDocument own;
+    PageDocument* host = nullptr;
+
+private:
+    ReportSession& m_session;
+};
+
+// A host's document that also offers a preview.
+class PreviewableDocument : public PageDocument, public PreviewCapable
+{
+public:
+    PreviewNavigation& preview() override { return navigation; }
+    PreviewNavigation navigation{*this};
 };
 
 } // namespace
@@ -50,7 +74,7 @@ TEST(Tabulor, StartsWithItsDocumentedSettings)
 TEST(Tabulor, AccessModesDecideWhichCommandsTheDesignerOffers)
 {
     Tabulor component;
-    RecordingDesigner designer;
+    RecordingDesigner designer(component.session());
     component.setDesigner(&designer);
     designer.applied.clear();
 
@@ -131,13 +155,35 @@ TEST(Tabulor, OnlyARecordsetIsAdoptedAsTheSource)
 TEST(Tabulor, WithTheDesignerShownDoReportWaitsForIt)
 {
     Tabulor component;
-    RecordingDesigner designer;
+    QTemporaryDir dir;
+    component.session().setSettingsPath(dir.filePath(QStringLiteral("settings.ini")));
+    RecordingDesigner designer(component.session());
     component.setDesigner(&designer);
     component.setShowLayoutWindow(true);
     ASSERT_TRUE(component.DoReport(QString()));
-    EXPECT_EQ(designer.shown, 1);
+    EXPECT_EQ(designer.calls, (QStringList{"show", "wait"}));
     EXPECT_TRUE(designer.layoutShown);
     EXPECT_EQ(designer.caption, QStringLiteral("Brintel Tabulor"));
+    EXPECT_EQ(component.OutputDocument(), &designer.own);
+    EXPECT_EQ(component.PreviewDocument(), &designer.own);
+
+    // The window is shown before the report is loaded into it, and the host's document is
+    // left for the window to render into when it closes; a document that offers a preview
+    // is the one the designer's preview goes to.
+    designer.calls.clear();
+    const QString report = samplePath(QStringLiteral("sales_by_region.vrd"));
+    PageDocument plain;
+    ASSERT_TRUE(component.DoReport(report, &plain));
+    EXPECT_EQ(designer.calls, (QStringList{"show", "loaded " + report, "wait"}));
+    EXPECT_EQ(designer.host, &plain);
+    EXPECT_EQ(plain.PageCount(), 0) << "the host's document is rendered when the window closes";
+    EXPECT_EQ(component.PreviewDocument(), &designer.own);
+    PreviewableDocument previewable;
+    ASSERT_TRUE(component.DoReport(report, &previewable));
+    EXPECT_EQ(component.PreviewDocument(), &previewable);
+    EXPECT_EQ(component.OutputDocument(), &designer.own);
+    EXPECT_FALSE(QFile::exists(component.session().settingsPath()))
+        << "the designer keeps its recent files itself";
 }
 
 TEST(Tabulor, DoReportRendersIntoTheHostsDocument)
@@ -151,6 +197,11 @@ TEST(Tabulor, DoReportRendersIntoTheHostsDocument)
     PageDocument plain;
     ASSERT_TRUE(component.DoReport(samplePath(QStringLiteral("order_lines.vrd")), &plain));
     ASSERT_GT(plain.PageCount(), 10);
+    EXPECT_EQ(component.OutputDocument(), &plain);
+    EXPECT_EQ(component.PreviewDocument(), nullptr) << "no designer, and no preview offered";
+    // The report joins the recent files the designer lists.
+    EXPECT_TRUE(readBytes(component.session().settingsPath())
+                    .contains("0file=" + samplePath(QStringLiteral("order_lines.vrd")).toUtf8()));
     // Every record of the view, not only the working view's 250.
     EXPECT_EQ(component.session().data().grid().recordCount(), 2000);
     const auto hasText = [](const PageDocument& d, int page, const QString& text) {

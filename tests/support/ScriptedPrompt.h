@@ -7,8 +7,8 @@
 
 namespace tabulor::test {
 
-// Records every message and answers from a list given in advance (the default answer once
-// the list is used up).
+// Records every message and file request and answers from lists given in advance (the default
+// answer, or a cancelled choice, once a list is used up).
 class ScriptedPrompt : public Prompt
 {
 public:
@@ -18,8 +18,16 @@ public:
         return answers.isEmpty() ? request.defaultAnswer : answers.takeFirst();
     }
 
+    QString chooseFile(const FileRequest& request) override
+    {
+        fileRequests.append(request);
+        return files.isEmpty() ? QString() : files.takeFirst();
+    }
+
     QStringList messages;
     QList<PromptAnswer> answers;
+    QList<FileRequest> fileRequests;
+    QStringList files;
 };
 
 } // namespace tabulor::test

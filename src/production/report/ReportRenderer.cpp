@@ -1,6 +1,7 @@
 #include "production/report/ReportRenderer.h"
 
 #include "production/report/GridBodyRows.h"
+#include "production/report/ReportColumns.h"
 #include "production/richtext/RtfReader.h"
 
 namespace tabulor {
@@ -47,14 +48,7 @@ void ReportRenderer::RenderReport(PageDocument& document, BodyRows& rows)
         document.StartDoc();
         document.EndDoc();
     }
-    PageSetup& setup = document.setup();
-    setup.orientation = g.Orientation;
-    setup.columns = std::max(1, static_cast<int>(g.Columns.toDouble()));
-    setup.pageBorder = g.PageBorders;
-    setup.marginTop = g.Top;
-    setup.marginBottom = g.Bottom;
-    setup.marginLeft = g.Left;
-    setup.marginRight = g.Right;
+    applyPageSettings(document.setup(), g);
     document.FileName = FileNameOnly(m_context.reportFileName);
     document.StartDoc();
 

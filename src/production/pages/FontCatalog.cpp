@@ -6,6 +6,8 @@
 #include <QMutex>
 #include <QSet>
 
+#include <utility>
+
 namespace tabulor {
 
 namespace {
@@ -34,9 +36,17 @@ QString FontCatalog::family(const QString& requested) const
         return *known;
     // The face the PDF writer embeds for this family is the one the layout measures.
     QString used = requested;
-    if (const std::optional<FontMatch> match = FontMatcher().match(requested, false, false)) {
-        if (match->privateFile)
-            registerWithQt(match->file.path);
+    const FontMatcher matcher;
+    if (const std::optional<FontMatch> match = matcher.match(requested, false, false)) {
+        if (match->privateFile) {
+            // Qt learns the family's bold and italic faces too, which it would otherwise fake.
+            for (const auto& [bold, italic] : {std::pair{false, false}, std::pair{true, false},
+                                               std::pair{false, true}, std::pair{true, true}}) {
+                const std::optional<FontMatch> face = matcher.match(requested, bold, italic);
+                if (face && face->privateFile)
+                    registerWithQt(face->file.path);
+            }
+        }
         if (!match->family.isEmpty())
             used = match->family;
     }

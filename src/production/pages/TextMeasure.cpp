@@ -28,9 +28,18 @@ bool standsAlone(char16_t c)
 } // namespace
 
 TextMeasure::TextMeasure(const QFont& font)
-    : m_device(twipDevice()), m_metrics(font, &m_device), m_lineHeight(m_metrics.height()),
-      m_advances(0x10000, -1.0f)
+    : m_device(twipDevice()), m_metrics(font, &m_device), m_lineHeight(m_metrics.height())
 {
+}
+
+float& TextMeasure::advanceSlot(char16_t c) const
+{
+    std::unique_ptr<float[]>& page = m_advances[c >> 8];
+    if (!page) {
+        page = std::make_unique<float[]>(256);
+        std::fill_n(page.get(), 256, -1.0f);
+    }
+    return page[c & 0xFF];
 }
 
 double TextMeasure::width(const QString& text) const
@@ -50,7 +59,7 @@ std::optional<double> TextMeasure::measure(const QString& text, bool oneLine) co
                 return std::nullopt;
             return m_metrics.horizontalAdvance(text);
         }
-        float& advance = m_advances[u];
+        float& advance = advanceSlot(u);
         if (advance < 0)
             advance = static_cast<float>(m_metrics.horizontalAdvance(c));
         sum += advance;

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <array>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -41,10 +43,14 @@ private:
     QImage m_device; // 1440 dots per inch: one device pixel is one twip
     QFontMetricsF m_metrics;
     double m_lineHeight;
-    // Advances of single characters, learnt as they are met (negative: not known yet). Report
-    // cells are short runs of Latin, Greek, Cyrillic and CJK text that need no shaping, so
-    // their width is the sum of their characters' advances.
-    mutable std::vector<float> m_advances;
+    // The advance of one character, negative until it is learnt.
+    float& advanceSlot(char16_t c) const;
+
+    // Advances of single characters, learnt as they are met, in pages of 256 characters made
+    // when a character of theirs is first met (a layout measures in a dozen fonts, mostly a
+    // few pages each). Report cells are short runs of Latin, Greek, Cyrillic and CJK text that
+    // need no shaping, so their width is the sum of their characters' advances.
+    mutable std::array<std::unique_ptr<float[]>, 256> m_advances;
 };
 
 } // namespace tabulor

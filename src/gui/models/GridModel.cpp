@@ -11,20 +11,23 @@ namespace tabulor {
 
 namespace {
 
-// Alignment codes: 9 the data type's own, 3 centre, 6 right, anything else left; text sits at
-// the top of its cell, as the printed report puts it.
+// Alignment code 9 stands for the data type's own; text sits at the top of its cell, as the
+// printed report puts it.
 constexpr qint16 kTypeAlignment = 9;
-constexpr qint16 kCentre = 3;
-constexpr qint16 kRight = 6;
 
 Qt::Alignment alignmentOf(qint16 code, qint16 fieldType)
 {
     if (code == kTypeAlignment)
         code = AlignmentForFieldType(fieldType);
-    const Qt::Alignment horizontal = code == kCentre  ? Qt::AlignHCenter
-                                     : code == kRight ? Qt::AlignRight
-                                                      : Qt::AlignLeft;
-    return horizontal | Qt::AlignTop;
+    switch (placementOf(code)) {
+    case TextPlacement::Centre:
+        return Qt::AlignHCenter | Qt::AlignTop;
+    case TextPlacement::Right:
+        return Qt::AlignRight | Qt::AlignTop;
+    case TextPlacement::Left:
+        break;
+    }
+    return Qt::AlignLeft | Qt::AlignTop;
 }
 
 } // namespace
@@ -32,23 +35,14 @@ Qt::Alignment alignmentOf(qint16 code, qint16 fieldType)
 GridModel::GridModel(ReportSession& session, QObject* parent)
     : QAbstractTableModel(parent), m_session(session)
 {
-    connect(&session, &ReportSession::reportBuilt, this, &GridModel::showReport);
-    connect(&session, &ReportSession::busyChanged, this, &GridModel::sessionBusy);
+    // While the session loads rows into the grid or builds it, nothing is shown.
+    connect(&session, &ReportSession::gridAboutToChange, this, &GridModel::hideReport);
+    connect(&session, &ReportSession::gridChanged, this, &GridModel::showReport);
     if (!session.Building())
         loadReport();
 }
 
 GridModel::~GridModel() = default;
-
-void GridModel::sessionBusy(bool busy)
-{
-    // A busy session may be loading rows into the grid or building it: nothing is shown until
-    // it has built the report, or has finished without building one.
-    if (busy)
-        hideReport();
-    else if (!m_showing)
-        showReport();
-}
 
 void GridModel::showReport()
 {

@@ -27,9 +27,27 @@ enum FieldType : qint16
     FieldFloat = 21,
 };
 
-// Grid alignment codes: 0 is left/top, 6 is right/top.
+// Grid alignment codes: 0 is left/top, 3 centre/top, 6 right/top.
 inline constexpr qint16 AlignLeftTop = 0;
+inline constexpr qint16 AlignCentreTop = 3;
 inline constexpr qint16 AlignRightTop = 6;
+
+// Where text stands across its cell.
+enum class TextPlacement
+{
+    Left,
+    Centre,
+    Right,
+};
+
+// The placement of a grid alignment code: centre and right by their codes, left for any other
+// code, as the printed report and the designer's grid both place text.
+constexpr TextPlacement placementOf(qint16 alignment)
+{
+    return alignment == AlignCentreTop  ? TextPlacement::Centre
+           : alignment == AlignRightTop ? TextPlacement::Right
+                                        : TextPlacement::Left;
+}
 
 // Whether fields of the type hold fractional numbers (money among them), so that whole numbers
 // stored in them read as doubles.

@@ -110,9 +110,10 @@ void GridPaginator::paintRow(int style, const RowLines& lines, const RowBox& box
             const QString& line = lines.lines.at(next + k);
             if (!line.isEmpty()) {
                 double lx = x + GridLayout::kCellPadding;
-                if (alignment == 3)
+                const TextPlacement placement = placementOf(alignment);
+                if (placement == TextPlacement::Centre)
                     lx += (inner - m.width(line)) / 2;
-                else if (alignment == 6)
+                else if (placement == TextPlacement::Right)
                     lx += inner - m.width(line);
                 m_document.draw(TextRun{QPointF(lx, y + m.ascent()), line, font, text});
             }

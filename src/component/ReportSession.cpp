@@ -34,6 +34,26 @@ QString quoted(const QString& text)
 
 } // namespace
 
+class ReportSession::GridChange
+{
+public:
+    explicit GridChange(ReportSession& session) : m_session(session)
+    {
+        if (m_session.m_gridChanges++ == 0)
+            Q_EMIT m_session.gridAboutToChange();
+    }
+    ~GridChange()
+    {
+        if (--m_session.m_gridChanges == 0)
+            Q_EMIT m_session.gridChanged();
+    }
+    GridChange(const GridChange&) = delete;
+    GridChange& operator=(const GridChange&) = delete;
+
+private:
+    ReportSession& m_session;
+};
+
 ReportSession::ReportSession(Prompt* prompt)
     : m_prompt(prompt ? prompt : &m_stderrPrompt), m_settingsPath(settingsFilePath())
 {
@@ -133,6 +153,7 @@ bool ReportSession::ReadReportFile(const QString& path, const ProfileFile& file,
         return false;
     }
 
+    const GridChange change(*this);
     m_definition.groups.clear();
     m_definition.details.clear();
     OpenDataSource(databaseName, recordSource, path, std::move(opened));
@@ -220,6 +241,7 @@ void ReportSession::OpenDataSource(const QString& databasePath, const QString& r
                                    const QString& definitionPath,
                                    std::unique_ptr<DataSource> opened)
 {
+    const GridChange change(*this);
     Q_EMIT busyChanged(true);
     m_data.OpenDataSource(databasePath, recordSourceName, definitionPath, std::move(opened));
     rebuildReport();
@@ -231,6 +253,7 @@ void ReportSession::selectRecordSource(const QString& name)
 {
     if (name == m_data.RecordSourceName())
         return;
+    const GridChange change(*this);
     m_definition.groups.clear();
     m_definition.details.clear();
     OpenDataSource(m_data.DatabasePath(), name, m_data.definitionPath());
@@ -269,6 +292,7 @@ void ReportSession::rebuildReport()
         m_rebuildRequested = true;
         return;
     }
+    const GridChange change(*this);
     const bool workingView = !m_data.UnlimitedRows();
     do {
         m_building = true;
@@ -302,6 +326,7 @@ void ReportSession::applyStoredWidths()
 
 void ReportSession::reloadData()
 {
+    const GridChange change(*this);
     m_data.LoadRowsIntoGrid();
     applyStoredWidths();
     rebuildReport();
@@ -367,6 +392,7 @@ void ReportSession::renderFullReport(PageDocument& document)
             return;
         }
     }
+    const GridChange change(*this);
     m_data.setUnlimitedRows(true);
     m_data.LoadRowsIntoGrid();
     applyStoredWidths();

@@ -36,6 +36,10 @@ public:
     StringTable& strings() { return m_strings; }
     const StringTable& strings() const { return m_strings; }
     Prompt& prompt() { return *m_prompt; }
+    // Whether messages go to standard error because nobody gave a prompt; a window that opens
+    // then shows them instead (setPrompt), and gives them back (setPrompt(nullptr)) as it goes.
+    bool hasDefaultPrompt() const { return m_prompt == &m_stderrPrompt; }
+    void setPrompt(Prompt* prompt) { m_prompt = prompt ? prompt : &m_stderrPrompt; }
 
     // The settings file with the user's default look (and the designer's own keys).
     QString settingsPath() const { return m_settingsPath; }
@@ -115,6 +119,10 @@ Q_SIGNALS:
     void busyChanged(bool busy);
     // A rebuild pass has laid out the report.
     void reportBuilt();
+    // The grid is about to be loaded again or rebuilt, and then has been: in between it may be
+    // half made (events are let through meanwhile), and nothing should show it.
+    void gridAboutToChange();
+    void gridChanged();
     // Rendering began a page (1-based) and, once it has ended, finished the document.
     void pageStarted(int page);
     void reportFinished(int pageCount);
@@ -128,6 +136,9 @@ private:
     std::unique_ptr<DataSource> openCheckedDatabase(const QString& name,
                                                     const QString& definitionPath);
     void pumpEvents();
+    // Marks a change of the grid for as long as it lives; changes may nest.
+    class GridChange;
+    friend class GridChange;
     // Gives the grid's columns the widths the field table stores (0: fit to the content).
     void applyStoredWidths();
 
@@ -144,6 +155,7 @@ private:
     std::function<QDateTime()> m_clock = [] { return QDateTime::currentDateTime(); };
     bool m_building = false;
     bool m_rebuildRequested = false;
+    int m_gridChanges = 0;
 };
 
 } // namespace tabulor

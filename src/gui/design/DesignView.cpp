@@ -46,10 +46,8 @@ DesignView::DesignView(ReportSession& session, QWidget* parent)
             &DesignView::reportAboutToChange);
     connect(m_model, &QAbstractItemModel::modelReset, this, &DesignView::reportChanged);
     // While the report is being built, what is on the screen stays there.
-    connect(&session, &ReportSession::busyChanged, this, [this](bool busy) {
-        viewport()->setUpdatesEnabled(!busy);
-        m_header->setUpdatesEnabled(!busy);
-    });
+    connect(&session, &ReportSession::gridAboutToChange, this, [this] { holdPicture(true); });
+    connect(&session, &ReportSession::gridChanged, this, [this] { holdPicture(false); });
     connect(this, &QAbstractItemView::doubleClicked, this, &DesignView::rowDoubleClicked);
     connect(m_header, &QHeaderView::sectionDoubleClicked, this, &DesignView::titleDoubleClicked);
     connect(m_header, &TitleRowHeader::sectionResizedByUser, this, &DesignView::titleResizedByUser);
@@ -57,6 +55,12 @@ DesignView::DesignView(ReportSession& session, QWidget* parent)
 }
 
 DesignView::~DesignView() = default;
+
+void DesignView::holdPicture(bool hold)
+{
+    viewport()->setUpdatesEnabled(!hold);
+    m_header->setUpdatesEnabled(!hold);
+}
 
 void DesignView::reportAboutToChange()
 {

@@ -37,6 +37,8 @@ private:
         int horizontalScroll;
     };
 
+    // Keeps what is on the screen while the report is rebuilt.
+    void holdPicture(bool hold);
     void reportAboutToChange();
     void reportChanged();
     // Columns and rows take the sizes they have on the printed report.

@@ -91,7 +91,6 @@ private:
     void showReport();
     void hideReport();
     void loadReport();
-    void sessionBusy(bool busy);
 
     // The role of a row painted in style, or nothing when the role is not about the style.
     QVariant styleData(int style, int role) const;

@@ -15,7 +15,7 @@ packages=(
     libharfbuzz-dev libfontconfig-dev libdeflate-dev qpdf fonts-noto-cjk fonts-urw-base35
     postgresql libpq-dev unixodbc-dev odbcinst libsqliteodbc odbc-postgresql
     cups cups-client printer-driver-cups-pdf libcups2-dev desktop-file-utils shared-mime-info
-    xvfb xauth imagemagick adwaita-icon-theme
+    xvfb xauth imagemagick adwaita-icon-theme libqt6svg6
 )
 
 missing=()

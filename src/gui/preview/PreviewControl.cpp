@@ -1,5 +1,7 @@
 #include "gui/preview/PreviewControl.h"
 
+#include "gui/common/Icons.h"
+
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -14,19 +16,8 @@ namespace tabulor {
 
 namespace {
 
-struct PageButton
-{
-    const char* themeIcon;
-    QStyle::StandardPixmap fallback;
-};
-
-// First, previous, next and last page.
-constexpr std::array<PageButton, 4> kPageButtons{{
-    {"go-first", QStyle::SP_MediaSkipBackward},
-    {"go-previous", QStyle::SP_MediaSeekBackward},
-    {"go-next", QStyle::SP_MediaSeekForward},
-    {"go-last", QStyle::SP_MediaSkipForward},
-}};
+// The icons of the first, previous, next and last page buttons.
+constexpr std::array<const char*, 4> kPageButtons{"go-first", "go-previous", "go-next", "go-last"};
 
 // Room for a page number of five digits.
 constexpr int kPageDigits = 5;
@@ -40,8 +31,7 @@ PreviewControl::PreviewControl(QWidget* parent) : QWidget(parent)
     for (size_t n = 0; n < m_pageButtons.size(); ++n) {
         auto* button = new QToolButton(this);
         button->setObjectName(QStringLiteral("cmdPage%1").arg(n));
-        button->setIcon(QIcon::fromTheme(QString::fromLatin1(kPageButtons[n].themeIcon),
-                                         style()->standardIcon(kPageButtons[n].fallback)));
+        button->setIcon(themedIcon(kPageButtons[n]));
         button->setAutoRaise(true);
         connect(button, &QToolButton::clicked, this, [this, n] { turnPage(static_cast<int>(n)); });
         m_pageButtons[n] = button;

@@ -12,6 +12,9 @@ QString usageText()
 {
     return QStringLiteral(
         "Usage:\n"
+        "  tabulor design [FILE.vrd] [--access use|modify|create] [--no-toolbar] [--layout]\n"
+        "      Opens the designer, on the definition if one is given. --access sets what the\n"
+        "      user may do: use reports, also modify them, or also create them (the default).\n"
         "  tabulor info FILE.vrd [--json] [--rows N [--all]]\n"
         "      Loads a report definition and prints it; with --rows also the first N rows of\n"
         "      the report body, over the working view (250 records) or, with --all, over\n"

@@ -32,6 +32,7 @@ void printError(const QString& text);
 bool loadDefinition(ReportSession& session, const QString& path,
                     const std::optional<QString>& database = std::nullopt);
 
+int runDesign(const QStringList& arguments);
 int runInfo(const QStringList& arguments);
 int runNew(const QStringList& arguments);
 int runPrint(const QStringList& arguments);

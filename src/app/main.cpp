@@ -1,6 +1,6 @@
 #include "app/CommandLine.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 
 using namespace tabulor::cli;
 
@@ -18,16 +18,22 @@ void quietQtMessages(QtMsgType type, const QMessageLogContext&, const QString& m
 
 int main(int argc, char* argv[])
 {
-    // Reports are laid out with the system's fonts, which takes a GUI application; without a
-    // display it runs offscreen.
+    // Reports are laid out with the system's fonts, which takes a GUI application, and the
+    // designer's windows a widget application; without a display it runs offscreen.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY") &&
-        qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+        if (argc > 1 && qstrcmp(argv[1], "design") == 0) {
+            printError(QStringLiteral("tabulor: the designer needs a display, and none was found "
+                                      "(DISPLAY or WAYLAND_DISPLAY)"));
+            return kExitFailed;
+        }
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
     qInstallMessageHandler(quietQtMessages);
-    QGuiApplication app(argc, argv);
-    QGuiApplication::setApplicationName(QStringLiteral("tabulor"));
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("tabulor"));
 
-    QStringList arguments = QGuiApplication::arguments();
+    QStringList arguments = QApplication::arguments();
     if (arguments.size() < 2)
         return usageError(QStringLiteral("no command given"));
     const QString command = arguments.at(1);
@@ -37,6 +43,8 @@ int main(int argc, char* argv[])
     }
     // Each command parses its own options; it sees the program name and what follows it.
     arguments.removeAt(1);
+    if (command == u"design")
+        return runDesign(arguments);
     if (command == u"info")
         return runInfo(arguments);
     if (command == u"new")

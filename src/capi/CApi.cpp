@@ -1,6 +1,7 @@
 #include <tabulor/tabulor.h>
 
 #include "capi/RecordingPrompt.h"
+#include "component/Designer.h"
 #include "component/ReportSession.h"
 #include "component/Tabulor.h"
 #include "production/data/host/CallbackRecordset.h"
@@ -100,6 +101,9 @@ int read(Handle* handle, const char* what, Value* out, Getter&& getter) noexcept
 // a Qt application gets one without windows, made once and kept until the process ends.
 Outcome ensureApplication()
 {
+    // With the designer's windows in the library, the application is one that can show them.
+    if (DesignerProvider* windows = designerProvider(); windows && !QCoreApplication::instance())
+        windows->ensureApplication();
     if (QCoreApplication* application = QCoreApplication::instance()) {
         if (qobject_cast<QGuiApplication*>(application))
             return {};

@@ -57,10 +57,12 @@ TABULOR_API int tabulor_component_create(tabulor_component** component);
 /* Frees a component; NULL is ignored. */
 TABULOR_API void tabulor_component_destroy(tabulor_component* component);
 
-/* The four properties. Booleans are 0 or 1 when read; any nonzero value sets them. The
- * designer window is not reached through this interface, so the report is always produced
- * into the document given to tabulor_do_report; the properties are kept for the host. An
- * access mode outside the enumeration is kept as given. */
+/* The four properties. Booleans are 0 or 1 when read; any nonzero value sets them. An access
+ * mode outside the enumeration is kept as given. A host linked with libtabulor_designer
+ * (instead of libtabulor) gets the designer: with show_tabulor set, tabulor_do_report opens it
+ * and returns when the user closes it, and the document then holds the report as last
+ * designed. With libtabulor alone there are no windows, and the report is always produced
+ * into the document. */
 TABULOR_API int tabulor_set_show_tabulor(tabulor_component* component, int show);
 TABULOR_API int tabulor_get_show_tabulor(const tabulor_component* component, int* show);
 TABULOR_API int tabulor_set_allow_toolbar(tabulor_component* component, int allow);

@@ -1,0 +1,85 @@
+#include "gui/main/DesignerWindow.h"
+
+#include "commands/DesignerCommands.h"
+#include "component/ReportSession.h"
+#include "component/Tabulor.h"
+#include "gui/common/WidgetPrompt.h"
+#include "gui/main/MainWindow.h"
+#include "gui/main/QtPrinterAccess.h"
+
+#include <QApplication>
+#include <QEventLoop>
+
+namespace tabulor {
+
+DesignerWindow::DesignerWindow(ReportSession& session) : m_session(session)
+{
+    m_printer = std::make_unique<QtPrinterAccess>(nullptr);
+    m_commands = std::make_unique<DesignerCommands>(session, *m_printer);
+    m_window = new MainWindow(session, *m_commands);
+    m_window->setAttribute(Qt::WA_DeleteOnClose, false);
+    if (session.hasDefaultPrompt()) {
+        m_prompt =
+            std::make_unique<WidgetPrompt>(m_window, [this] { return m_commands->caption(); });
+        session.setPrompt(m_prompt.get());
+    }
+    QObject::connect(m_window, &MainWindow::closed, m_window, [this] { m_open = false; });
+    m_window->restorePlacement();
+}
+
+DesignerWindow::~DesignerWindow()
+{
+    if (m_prompt)
+        m_session.setPrompt(nullptr);
+    delete m_window;
+}
+
+void DesignerWindow::applyAccessMode(const AccessModeActions& actions)
+{
+    m_commands->applyAccessMode(actions);
+}
+
+void DesignerWindow::setToolbarAllowed(bool allowed)
+{
+    m_commands->setToolbarAllowed(allowed);
+}
+
+void DesignerWindow::setCaption(const QString& caption)
+{
+    m_window->setWindowTitle(caption);
+}
+
+PageDocument& DesignerWindow::document()
+{
+    return m_commands->document();
+}
+
+void DesignerWindow::show(bool /*showLayoutWindow*/)
+{
+    m_open = true;
+    m_window->show();
+    m_window->raise();
+    m_window->activateWindow();
+}
+
+void DesignerWindow::reportLoaded()
+{
+    m_commands->AddToRecentFiles();
+    m_commands->UpdateStatus(QString());
+}
+
+void DesignerWindow::setHostDocument(PageDocument* document)
+{
+    m_commands->setHostDocument(document);
+}
+
+void DesignerWindow::waitUntilClosed()
+{
+    QEventLoop loop;
+    QObject::connect(m_window, &MainWindow::closed, &loop, &QEventLoop::quit);
+    if (m_open && m_window->isVisible())
+        loop.exec();
+    m_open = false;
+}
+
+} // namespace tabulor

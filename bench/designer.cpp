@@ -1,0 +1,194 @@
+// How long the designer's window stops responding: the real main window, offscreen, on a
+// record source of a database. Each step is started from the event loop, as a user's command
+// is, and the longest stretch in which the loop did not come round (from the moment it woke
+// until it was ready to wait again) is the step's blocked time. Prints the medians over the
+// repeats of: opening a report on the source, switching to the preview (and the time until its
+// first page has been painted), adding a group, and resizing a column.
+//
+// Usage: designer DATABASE SOURCE [REPEATS]
+
+#include "commands/DesignerCommands.h"
+#include "component/ReportSession.h"
+#include "component/Tabulor.h"
+#include "definition/DefinitionFile.h"
+#include "gui/main/DesignerWindow.h"
+#include "gui/main/MainWindow.h"
+
+#include "BenchSupport.h"
+
+#include <QAbstractEventDispatcher>
+#include <QAbstractScrollArea>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <cstdio>
+#include <functional>
+#include <vector>
+
+using namespace tabulor;
+
+namespace {
+
+// The longest time the event loop spent awake in one go since the last reset.
+class StallMonitor : public QObject
+{
+public:
+    StallMonitor()
+    {
+        QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance();
+        connect(dispatcher, &QAbstractEventDispatcher::awake, this, [this] {
+            if (!m_awake.isValid())
+                m_awake.start();
+        });
+        connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, [this] {
+            if (m_awake.isValid())
+                m_longest = std::max(m_longest, milliseconds(m_awake));
+            m_awake.invalidate();
+        });
+    }
+    void reset() { m_longest = 0; }
+    double longest() const { return m_longest; }
+
+private:
+    QElapsedTimer m_awake;
+    double m_longest = 0;
+};
+
+// Paints a widget's next frame itself, to tell when that frame is done.
+class FirstPaint : public QObject
+{
+public:
+    explicit FirstPaint(QWidget& widget) : m_widget(widget) { widget.installEventFilter(this); }
+    void arm(const QElapsedTimer& since)
+    {
+        m_since = &since;
+        m_done = -1;
+    }
+    double done() const { return m_done; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (watched != &m_widget || event->type() != QEvent::Paint || !m_since || m_done >= 0)
+            return false;
+        m_widget.removeEventFilter(this);
+        static_cast<QObject&>(m_widget).event(event);
+        m_widget.installEventFilter(this);
+        m_done = milliseconds(*m_since);
+        return true;
+    }
+
+private:
+    QWidget& m_widget;
+    const QElapsedTimer* m_since = nullptr;
+    double m_done = -1;
+};
+
+// Runs step from the event loop and lets the loop go on until nothing is left to do; returns
+// the longest stretch the loop was blocked meanwhile.
+double blockedBy(StallMonitor& monitor, const std::function<void()>& step)
+{
+    monitor.reset();
+    QEventLoop loop;
+    QTimer::singleShot(0, &loop, [&] {
+        step();
+        // Whatever the step posted (repaints, layouts) runs before the loop is left.
+        QTimer::singleShot(50, &loop, &QEventLoop::quit);
+    });
+    loop.exec();
+    return monitor.longest();
+}
+
+// A report over the source as the designer makes one: every field, the first text field
+// grouping, the rest in the details.
+QString writeDefinition(const QDir& folder, const QString& database, const QString& source)
+{
+    ReportSession session;
+    session.loadDesigner();
+    session.OpenDataSource(database, QString());
+    session.selectRecordSource(source);
+    ReportDefinition& d = session.definition();
+    d.DataBaseName = database;
+    d.RecordSource = source;
+    d.groups = {QStringLiteral("region")};
+    d.details = {QStringLiteral("product"), QStringLiteral("order_date"),
+                 QStringLiteral("customer"), QStringLiteral("quantity"), QStringLiteral("amount")};
+    const QString path = folder.filePath(QStringLiteral("bench.vrd"));
+    QString error;
+    if (!WriteReportFile(d, path, &error))
+        std::fprintf(stderr, "cannot write %s: %s\n", qPrintable(path), qPrintable(error));
+    return path;
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QApplication app(argc, argv);
+    if (argc < 3) {
+        std::fprintf(stderr, "usage: designer DATABASE SOURCE [REPEATS]\n");
+        return 2;
+    }
+    const QString database = QString::fromLocal8Bit(argv[1]);
+    const QString source = QString::fromLocal8Bit(argv[2]);
+    const int repeats = argc > 3 ? std::max(1, atoi(argv[3])) : 5;
+    QTemporaryDir folder;
+    const QString definition = writeDefinition(QDir(folder.path()), database, source);
+
+    StallMonitor monitor;
+    std::vector<double> opens, switches, painted, groups, resizes;
+    for (int i = 0; i < repeats; ++i) {
+        Tabulor component;
+        component.session().setSettingsPath(folder.filePath(QStringLiteral("settings.ini")));
+        component.setAccessMode(zrUseModifyCreate);
+        auto* designer = dynamic_cast<DesignerWindow*>(component.Form());
+        if (!designer) {
+            std::fprintf(stderr, "this build has no designer windows\n");
+            return 1;
+        }
+        MainWindow& window = designer->window();
+        window.show();
+        ReportSession& session = component.session();
+        DesignerCommands& commands = designer->commands();
+
+        opens.push_back(blockedBy(monitor, [&] {
+            if (!session.OpenReportFile(definition))
+                std::fprintf(stderr, "cannot open %s\n", qPrintable(definition));
+            session.definition().CurrentFileName = definition;
+            designer->reportLoaded();
+        }));
+
+        auto* preview = window.findChild<QAbstractScrollArea*>(QStringLiteral("vp"));
+        FirstPaint firstPaint(*preview->viewport());
+        QElapsedTimer sinceSwitch;
+        switches.push_back(blockedBy(monitor, [&] {
+            sinceSwitch.start();
+            firstPaint.arm(sinceSwitch);
+            commands.mPreview_Click();
+        }));
+        painted.push_back(firstPaint.done());
+        commands.mPreview_Click();
+
+        groups.push_back(blockedBy(monitor, [&] {
+            session.definition().groups.append(QStringLiteral("product"));
+            session.definition().details.removeOne(QStringLiteral("product"));
+            session.rebuildReport();
+        }));
+        resizes.push_back(blockedBy(monitor, [&] {
+            session.resizeColumn(session.data().grid().FindGridColumn(QStringLiteral("customer")),
+                                 3600);
+        }));
+        session.definition().Dirty = false;
+        window.close();
+    }
+    std::printf("longest blocked stretch, ms (median of %d):\n"
+                "  open report        %7.1f\n"
+                "  switch to preview  %7.1f   first page painted after %.1f\n"
+                "  add a group        %7.1f\n"
+                "  resize a column    %7.1f\n",
+                repeats, median(opens), median(switches), median(painted), median(groups),
+                median(resizes));
+    return 0;
+}

@@ -20,8 +20,9 @@ install(TARGETS tabulor_print tabulor_c EXPORT TabulorTargets
 
 # The C++ interface, under include/tabulor and included as the library includes it
 # ("component/Tabulor.h"): the component, the recordset a host hands in, the page document a
-# report is rendered into with its outputs, and printer output. Nothing else is installed: the
-# rest of the library is hidden from hosts (production/base/Export.h).
+# report is rendered into with its outputs, printer output, and the preview's view and
+# navigation bar (in libtabulor_designer). Nothing else is installed: the rest of the library
+# is hidden from hosts (production/base/Export.h).
 set(public_headers
     component/AccessMode.h
     component/Prompt.h
@@ -38,7 +39,9 @@ set(public_headers
     production/pages/PreviewNavigation.h
     production/pages/ReportOutput.h
     production/pdf/PdfFileOutput.h
-    printing/PrinterOutput.h)
+    printing/PrinterOutput.h
+    gui/preview/PreviewControl.h
+    gui/preview/PreviewView.h)
 foreach(header IN LISTS public_headers)
     get_filename_component(folder ${header} DIRECTORY)
     install(FILES ${PROJECT_SOURCE_DIR}/src/${header}

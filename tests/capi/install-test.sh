@@ -32,7 +32,7 @@ for file in include/tabulor/tabulor.h include/tabulor/tabulor_recordset.h \
     bin/tabulor share/applications/tabulor.desktop share/mime/packages/tabulor.xml; do
     [ -e "$prefix/$file" ] || fail "$file was not installed"
 done
-for file in libtabulor_print.so pkgconfig/tabulor.pc cmake/Tabulor/TabulorConfig.cmake \
+for file in libtabulor_print.so libtabulor_designer.so pkgconfig/tabulor.pc cmake/Tabulor/TabulorConfig.cmake \
     cmake/Tabulor/TabulorTargets.cmake; do
     [ -e "$libdir/$file" ] || fail "$libdir/$file was not installed"
 done
@@ -46,7 +46,7 @@ $(diff <(echo "$expected") <(echo "$installed"))"
 # shellcheck disable=SC2046 # the flags are words
 for header in "${public[@]}"; do
     echo "#include \"$header\"" | c++ -std=c++20 -fPIC -fsyntax-only -Werror -x c++ - \
-        -I"$prefix/include/tabulor" $(pkg-config --cflags Qt6Gui) ||
+        -I"$prefix/include/tabulor" $(pkg-config --cflags Qt6Widgets) ||
         fail "the installed header $header does not compile on its own"
 done
 

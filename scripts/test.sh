@@ -21,6 +21,7 @@ check_formatting() {
         mapfile -t files < <(find bench examples sample src tests -name '*.h' -o -name '*.cpp' -o -name '*.c')
     fi
     if output=$(clang-format --dry-run --Werror "${files[@]}" 2>&1); then
+        echo "== formatting: all ${#files[@]} C and C++ files as clang-format writes them"
         return 0
     fi
     mapfile -t unformatted < <(sed -n 's/^\(.*\):[0-9]*:[0-9]*: error: code should be clang-formatted.*/\1/p' \

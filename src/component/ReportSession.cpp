@@ -57,6 +57,9 @@ private:
 ReportSession::ReportSession(Prompt* prompt)
     : m_prompt(prompt ? prompt : &m_stderrPrompt), m_settingsPath(settingsFilePath())
 {
+    // Undoing every change since the report was opened or saved leaves it unchanged.
+    connect(&m_history.stack(), &QUndoStack::indexChanged, this,
+            [this] { m_definition.Dirty = !m_history.stack().isClean(); });
 }
 
 void ReportSession::ResetDefinition()
@@ -166,6 +169,8 @@ bool ReportSession::ReadReportFile(const QString& path, const ProfileFile& file,
     placeFields(staged->details, m_definition.details, m_data.availableFields());
     applyStoredWidths();
     rebuildReport();
+    // A report read from a file starts a history of its own.
+    m_history.stack().clear();
     return true;
 }
 
@@ -254,6 +259,7 @@ void ReportSession::selectRecordSource(const QString& name)
     if (name == m_data.RecordSourceName())
         return;
     const GridChange change(*this);
+    const DesignState before = designState();
     m_definition.groups.clear();
     m_definition.details.clear();
     OpenDataSource(m_data.DatabasePath(), name, m_data.definitionPath());
@@ -274,6 +280,43 @@ void ReportSession::selectRecordSource(const QString& name)
     }
     m_definition.Dirty = true;
     rebuildReport();
+    m_history.record(QStringLiteral("Record Source"), before, designState());
+}
+
+DesignState ReportSession::designState() const
+{
+    DesignState state{m_definition, m_data.availableFields()};
+    state.definition.CurrentFileName.clear();
+    state.definition.Dirty = false;
+    return state;
+}
+
+void ReportSession::restoreDesign(const DesignState& state)
+{
+    const GridChange change(*this);
+    const ReportDefinition& d = state.definition;
+    if (d.RecordSource != m_data.RecordSourceName() || d.DataBaseName != m_data.DatabasePath())
+        m_data.OpenDataSource(d.DataBaseName, d.RecordSource, m_data.definitionPath());
+    const QString fileName = m_definition.CurrentFileName;
+    const bool dirty = m_definition.Dirty;
+    m_definition = d;
+    m_definition.CurrentFileName = fileName;
+    m_definition.Dirty = dirty;
+    m_data.availableFields() = state.availableFields;
+    applyStoredWidths();
+    rebuildReport();
+}
+
+void ReportSession::changeDefinition(
+    const QString& description, const std::function<void(ReportDefinition&, QStringList&)>& change)
+{
+    const GridChange gridChange(*this);
+    const DesignState before = designState();
+    change(m_definition, m_data.availableFields());
+    m_definition.Dirty = true;
+    applyStoredWidths();
+    rebuildReport();
+    m_history.record(description, before, designState());
 }
 
 void ReportSession::pumpEvents()
@@ -334,6 +377,7 @@ void ReportSession::reloadData()
 
 void ReportSession::resizeColumn(int gridColumn, float width)
 {
+    const DesignState before = designState();
     OutlineGrid& grid = m_data.grid();
     if (width > 0 && gridColumn >= 0 && gridColumn < grid.columnCount()) {
         grid.column(gridColumn).width = width;
@@ -343,6 +387,7 @@ void ReportSession::resizeColumn(int gridColumn, float width)
     }
     rebuildReport();
     m_definition.Dirty = true;
+    m_history.record(QStringLiteral("Column Width"), before, designState());
 }
 
 void ReportSession::RenderReport(PageDocument& document)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "component/DesignHistory.h"
 #include "component/Prompt.h"
 #include "definition/DefinitionFile.h"
 #include "definition/ReportDefinition.h"
@@ -98,6 +99,17 @@ public:
     void setEventPump(std::function<void()> pump) { m_eventPump = std::move(pump); }
     // Loads the record source's rows again and rebuilds the report over them.
     void reloadData();
+
+    // Every change that the designer's windows make to the report goes through here, so that
+    // it can be undone: change edits the definition (and the fields not yet placed in the
+    // groups or details); the definition is then marked changed, the grid takes the stored
+    // widths and the report is rebuilt.
+    void changeDefinition(const QString& description,
+                          const std::function<void(ReportDefinition&, QStringList&)>& change);
+    // The changes made, to undo and redo. Opening or starting a report forgets them; saving
+    // marks where the file stands.
+    DesignHistory& history() { return m_history; }
+    DesignState designState() const;
     // The user dragged a grid column to a new width (twips).
     void resizeColumn(int gridColumn, float width);
 
@@ -141,6 +153,8 @@ private:
     friend class GridChange;
     // Gives the grid's columns the widths the field table stores (0: fit to the content).
     void applyStoredWidths();
+    // Puts a design back, opening its record source again where it differs.
+    void restoreDesign(const DesignState& state);
 
     ReportDefinition m_definition;
     ReportData m_data;
@@ -156,6 +170,7 @@ private:
     bool m_building = false;
     bool m_rebuildRequested = false;
     int m_gridChanges = 0;
+    DesignHistory m_history{[this](const DesignState& state) { restoreDesign(state); }};
 };
 
 } // namespace tabulor

@@ -27,6 +27,8 @@ QHash<QString, ActionFlags> actionStateFor(const DesignerFacts& facts)
     s.insert(QStringLiteral("mPrintSetup1"), shown(true, idle));
     s.insert(QStringLiteral("mPrint"), shown(true, data));
     s.insert(QStringLiteral("mExit"), shown(true));
+    s.insert(QStringLiteral("mUndo"), shown(true, facts.canUndo && idle));
+    s.insert(QStringLiteral("mRedo"), shown(true, facts.canRedo && idle));
     s.insert(QStringLiteral("mDesigner"), ticked(!preview, idle));
     s.insert(QStringLiteral("mPreview"), ticked(preview, idle));
     s.insert(QStringLiteral("mToolbar"),

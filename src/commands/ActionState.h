@@ -25,6 +25,8 @@ struct DesignerFacts
     bool toolbarShown = true;   // the user's choice in the View menu
     bool recordSourceOpen = false;
     bool busy = false; // a full report is being produced for the printer
+    bool canUndo = false;
+    bool canRedo = false;
 };
 
 struct ActionFlags

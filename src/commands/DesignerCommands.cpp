@@ -42,6 +42,8 @@ DesignerCommands::DesignerCommands(ReportSession& session, PrinterAccess& printe
     m_document->OverlayHeadersAndFooters = true;
     connect(&m_session, &ReportSession::statusChanged, this,
             [this](const QString& text) { Q_EMIT statusChanged(statusLine(text)); });
+    connect(&m_session.history().stack(), &QUndoStack::indexChanged, this,
+            &DesignerCommands::stateChanged);
     // The preview stays in step with the report: every rebuild while it shows renders again.
     connect(&m_session, &ReportSession::reportBuilt, this, [this] {
         if (m_view == DesignerView::Preview)
@@ -60,6 +62,8 @@ DesignerFacts DesignerCommands::facts() const
     f.toolbarShown = m_toolbarShown;
     f.recordSourceOpen = m_session.data().RecordSourceOpen();
     f.busy = printing();
+    f.canUndo = m_session.history().stack().canUndo();
+    f.canRedo = m_session.history().stack().canRedo();
     return f;
 }
 
@@ -195,9 +199,20 @@ void DesignerCommands::mNew_Click()
     d.details.clear();
     m_session.OpenDataSource(QString(), QString());
     m_session.applyDefaultLook();
+    m_session.history().stack().clear();
     renderPreview();
     Q_EMIT stateChanged();
     mOpenDatabase_Click();
+}
+
+void DesignerCommands::mUndo_Click()
+{
+    m_session.history().stack().undo();
+}
+
+void DesignerCommands::mRedo_Click()
+{
+    m_session.history().stack().redo();
 }
 
 void DesignerCommands::mOpenDatabase_Click()
@@ -242,6 +257,7 @@ void DesignerCommands::openDatabase(const QString& path)
     d.fields.clear();
     d.groups.clear();
     d.details.clear();
+    m_session.history().stack().clear();
     // Nothing is chosen yet: no stale pages stay on show.
     m_document->KillDoc();
     m_navigation->documentChanged();
@@ -271,8 +287,10 @@ void DesignerCommands::mSave_Click()
         mSaveAs_Click();
         return;
     }
-    if (m_session.saveReportFile(d.CurrentFileName))
+    if (m_session.saveReportFile(d.CurrentFileName)) {
         d.Dirty = false;
+        m_session.history().stack().setClean();
+    }
     Q_EMIT stateChanged();
 }
 
@@ -376,15 +394,16 @@ void DesignerCommands::mAutoFit_Click()
         fitColumnsToPage(widths, page.printableWidth());
     if (!fitted)
         return;
-    for (size_t c = 0; c < fitted->size(); ++c) {
-        GridColumn& column = grid.column(grid.reportColumns().at(static_cast<qsizetype>(c)));
-        column.width = static_cast<float>((*fitted)[c]);
-        const int field = FindField(d.fields, column.title);
-        if (field >= 0)
-            d.fields[field].Width = column.width;
-    }
-    d.Dirty = true;
-    m_session.rebuildReport();
+    // The widths are stored in the fields, and the grid takes them from there.
+    m_session.changeDefinition(
+        QStringLiteral("Fit Report to Page"), [&](ReportDefinition& definition, QStringList&) {
+            for (size_t c = 0; c < fitted->size(); ++c) {
+                const int field = FindField(
+                    definition.fields, grid.column(grid.reportColumns().at(qsizetype(c))).title);
+                if (field >= 0)
+                    definition.fields[field].Width = static_cast<float>((*fitted)[c]);
+            }
+        });
     Q_EMIT stateChanged();
 }
 
@@ -404,19 +423,23 @@ void DesignerCommands::mAbout_Click()
 
 void DesignerCommands::mPrintSetup_Click(int index)
 {
-    GlobalSettings& g = m_session.definition().global;
     PageSetup page = m_document->setup();
-    applyPageSettings(page, g);
+    applyPageSettings(page, m_session.definition().global);
     if (!m_printer.setup(index, page))
         return;
-    g.Orientation = page.orientation;
-    g.Left = page.marginLeft;
-    g.Top = page.marginTop;
-    g.Right = page.marginRight;
-    g.Bottom = page.marginBottom;
     m_document->setup().paper = page.paper;
-    m_session.definition().Dirty = true;
-    if (m_view == DesignerView::Preview)
+    m_session.changeDefinition(index == 0 ? QStringLiteral("Printer Setup")
+                                          : QStringLiteral("Page Setup"),
+                               [&](ReportDefinition& definition, QStringList&) {
+                                   GlobalSettings& g = definition.global;
+                                   g.Orientation = page.orientation;
+                                   g.Left = page.marginLeft;
+                                   g.Top = page.marginTop;
+                                   g.Right = page.marginRight;
+                                   g.Bottom = page.marginBottom;
+                               });
+    // The preview renders again with the rebuild; without rows it is rendered here.
+    if (m_view == DesignerView::Preview && !m_session.data().RecordSourceOpen())
         renderPreview();
     Q_EMIT stateChanged();
 }

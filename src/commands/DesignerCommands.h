@@ -78,6 +78,9 @@ public:
     void mSave_Click();
     void mSaveAs_Click();
     void mMRU_Click(int index);
+    // The last change made to the report is undone, or the last one undone made again.
+    void mUndo_Click();
+    void mRedo_Click();
     void mExit_Click();
     void mPreview_Click();
     void mDesigner_Click();

@@ -41,6 +41,12 @@ MainActions::MainActions(QMainWindow& window, DesignerCommands& commands)
         QObject::connect(entry, &QAction::triggered, c, [c, i] { c->mMRU_Click(i); });
     }
 
+    // Edit is not among the classic menus: its entries have no keys of the string file.
+    QMenu* edit = bar->addMenu(QStringLiteral("&Edit"));
+    edit->setObjectName(QStringLiteral("mEdit"));
+    edit->addAction(add(QStringLiteral("mUndo"), QStringLiteral("&Undo"), "edit-undo"));
+    edit->addAction(add(QStringLiteral("mRedo"), QStringLiteral("&Redo"), "edit-redo"));
+
     QMenu* view = bar->addMenu(QStringLiteral("&View"));
     view->setObjectName(QStringLiteral("mView"));
     view->addAction(add(QStringLiteral("mDesigner"), QStringLiteral("&Designer")));
@@ -90,6 +96,9 @@ MainActions::MainActions(QMainWindow& window, DesignerCommands& commands)
     action(QStringLiteral("mPrint"))->setShortcut(QKeySequence::Print);
     action(QStringLiteral("mRefresh"))->setShortcut(QKeySequence(Qt::Key_F5));
     action(QStringLiteral("mExit"))->setShortcut(QKeySequence::Quit);
+    action(QStringLiteral("mUndo"))->setShortcut(QKeySequence::Undo);
+    action(QStringLiteral("mRedo"))
+        ->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence::Redo});
     for (const char* checkable : {"mDesigner", "mPreview", "mToolbar"})
         action(QString::fromLatin1(checkable))->setCheckable(true);
 
@@ -101,6 +110,8 @@ MainActions::MainActions(QMainWindow& window, DesignerCommands& commands)
         {"mOpenDatabase", &DesignerCommands::mOpenDatabase_Click},
         {"mPrint", &DesignerCommands::mPrint_Click},
         {"mExit", &DesignerCommands::mExit_Click},
+        {"mUndo", &DesignerCommands::mUndo_Click},
+        {"mRedo", &DesignerCommands::mRedo_Click},
         {"mDesigner", &DesignerCommands::mDesigner_Click},
         {"mPreview", &DesignerCommands::mPreview_Click},
         {"mToolbar", &DesignerCommands::mToolbar_Click},

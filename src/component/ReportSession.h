@@ -4,6 +4,7 @@
 #include "component/Prompt.h"
 #include "definition/DefinitionFile.h"
 #include "definition/ReportDefinition.h"
+#include "localisation/CaptionRegistry.h"
 #include "localisation/StringTable.h"
 #include "production/pages/PageDocument.h"
 #include "production/report/ReportData.h"
@@ -36,6 +37,8 @@ public:
     const ReportData& data() const { return m_data; }
     StringTable& strings() { return m_strings; }
     const StringTable& strings() const { return m_strings; }
+    // The windows whose captions a string file sets, as they attach themselves.
+    CaptionRegistry& captions() { return m_captions; }
     Prompt& prompt() { return *m_prompt; }
     // Whether messages go to standard error because nobody gave a prompt; a window that opens
     // then shows them instead (setPrompt), and gives them back (setPrompt(nullptr)) as it goes.
@@ -159,6 +162,7 @@ private:
     ReportDefinition m_definition;
     ReportData m_data;
     StringTable m_strings;
+    CaptionRegistry m_captions;
     StderrPrompt m_stderrPrompt;
     Prompt* m_prompt;
     QString m_settingsPath;

@@ -24,11 +24,13 @@ DesignerWindow::DesignerWindow(ReportSession& session) : m_session(session)
         session.setPrompt(m_prompt.get());
     }
     QObject::connect(m_window, &MainWindow::closed, m_window, [this] { m_open = false; });
+    session.captions().attach(CaptionWindow::Main, m_window->captions());
     m_window->restorePlacement();
 }
 
 DesignerWindow::~DesignerWindow()
 {
+    m_session.captions().detach(CaptionWindow::Main, m_window->captions());
     if (m_prompt)
         m_session.setPrompt(nullptr);
     delete m_window;

@@ -33,6 +33,8 @@ public:
 
     DesignerCommands& commands() { return m_commands; }
     MainActions& actions() { return *m_actions; }
+    // The window's controls as a string file names them.
+    WindowCaptions& captions() { return m_captions; }
     // Takes the window's place from the settings file and shows it there.
     void restorePlacement();
 

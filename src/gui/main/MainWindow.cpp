@@ -19,9 +19,12 @@
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QTabBar>
+#include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
+
+#include <utility>
 
 namespace tabulor {
 
@@ -90,11 +93,14 @@ MainWindow::MainWindow(ReportSession& session, DesignerCommands& commands, QWidg
             [this](const QString& field) {
                 Q_EMIT m_commands.propertiesRequested(QStringLiteral("Fields"), field);
             });
-    connect(&session, &ReportSession::busyChanged, this, [](bool busy) {
-        if (busy)
+    connect(&session, &ReportSession::busyChanged, this, [this](bool busy) {
+        if (busy) {
             QApplication::setOverrideCursor(Qt::WaitCursor);
-        else
-            QApplication::restoreOverrideCursor();
+            return;
+        }
+        QApplication::restoreOverrideCursor();
+        if (std::exchange(m_closeWhenIdle, false))
+            QTimer::singleShot(0, this, &QWidget::close);
     });
     resize(960, 700);
     showState();
@@ -182,6 +188,13 @@ void MainWindow::showAbout()
 
 void MainWindow::closeEvent(QCloseEvent* event)
 {
+    // The events of a window are handled while a report is built, so a close can arrive in the
+    // middle of one; the half-built report is neither saved nor handed to a host.
+    if (m_session.Building()) {
+        event->ignore();
+        m_closeWhenIdle = true;
+        return;
+    }
     WindowPlacement placement;
     placement.state = isMaximized() ? 2 : isMinimized() ? 1 : 0;
     placement.geometry = saveGeometry();

@@ -62,6 +62,9 @@ private:
     PreviewControl* m_navigationBar = nullptr;
     QLabel* m_status = nullptr;
     QToolButton* m_cancelPrint = nullptr;
+    // The user closed the window while the report was being built; it closes once the build
+    // is done.
+    bool m_closeWhenIdle = false;
 };
 
 } // namespace tabulor

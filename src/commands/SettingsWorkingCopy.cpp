@@ -2,6 +2,9 @@
 
 #include "commands/TypedLengths.h"
 #include "component/ReportSession.h"
+#include "production/report/Tokens.h"
+
+#include <QLocale>
 
 namespace tabulor {
 
@@ -64,6 +67,27 @@ void SettingsWorkingCopy::setTextParts(SettingsText text, const TextParts& parts
         m_global.Footer = joinTextParts(parts);
         return;
     }
+}
+
+TextParts SettingsWorkingCopy::sampleText(SettingsText text) const
+{
+    TokenContext context;
+    context.pageCount = 1;
+    context.databaseName = m_session.data().DatabaseShortName();
+    context.recordSource = m_session.data().RecordSourceName();
+    context.reportFileName = m_session.definition().CurrentFileName;
+    context.clock = m_session.clock();
+    context.locale = FormatLocale::fromQLocale(QLocale());
+    TextParts sample;
+    if (text == SettingsText::Title) {
+        sample[std::size_t(std::clamp<int>(m_global.Align, 0, 2))] =
+            ExpandTokens(m_global.ReportTitle, context);
+        return sample;
+    }
+    const QStringList parts = headerParts(ExpandTokens(joinTextParts(textParts(text)), context), 1);
+    for (qsizetype i = 0; i < std::min<qsizetype>(parts.size(), 3); ++i)
+        sample[std::size_t(i)] = parts[i];
+    return sample;
 }
 
 int SettingsWorkingCopy::styleOf(SettingsText text)

@@ -51,6 +51,9 @@ public:
     // The Text tab's boxes for a text: the title fills the first box alone.
     TextParts textParts(SettingsText text) const;
     void setTextParts(SettingsText text, const TextParts& parts);
+    // A text as the first page shows it, its tokens expanded: the title at the side its
+    // alignment names, a header or footer in its three parts.
+    TextParts sampleText(SettingsText text) const;
     // The style a text is drawn in (the Text tab's Style button leads there).
     static int styleOf(SettingsText text);
     // The style a field's rows are drawn in: the top heading of the group it leads, or the

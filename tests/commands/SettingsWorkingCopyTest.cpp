@@ -157,6 +157,20 @@ TEST_F(SettingsWorkingCopyTest, TextsStylesAndGeneralValues)
     EXPECT_EQ(session.definition().global.MaxHeight, 3240);
 }
 
+TEST_F(SettingsWorkingCopyTest, SamplesExpandTheTokensOfTheFirstPage)
+{
+    copy.setTextParts(SettingsText::Header,
+                      {QStringLiteral("<rs>"), QString(), QStringLiteral("Page <p> of <n>")});
+    const TextParts header = copy.sampleText(SettingsText::Header);
+    EXPECT_EQ(header[0], QStringLiteral("Sales by Region"));
+    EXPECT_EQ(header[2], QStringLiteral("Page 1 of 1"));
+    copy.global().ReportTitle = QStringLiteral("Orders<line>by region");
+    copy.global().Align = 1;
+    const TextParts title = copy.sampleText(SettingsText::Title);
+    EXPECT_TRUE(title[0].isEmpty());
+    EXPECT_EQ(title[1], QStringLiteral("Orders\nby region"));
+}
+
 TEST_F(SettingsWorkingCopyTest, ActivationLoadsOnlyDroppedCopies)
 {
     copy.global().ReportTitle = QStringLiteral("edited");

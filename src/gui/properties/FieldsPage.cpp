@@ -58,8 +58,8 @@ FieldsPage::FieldsPage(SettingsWorkingCopy& copy, const OutlineGrid& grid, QWidg
     m_format->setObjectName(QStringLiteral("cmbFldFormat"));
     m_format->setEditable(true);
     m_format->setInsertPolicy(QComboBox::NoInsert);
-    m_format->addItems({QStringLiteral("#.##"), QStringLiteral("#,###.##"),
-                        QStringLiteral("($#,###.##)")});
+    m_format->addItems(
+        {QStringLiteral("#.##"), QStringLiteral("#,###.##"), QStringLiteral("($#,###.##)")});
     addRow(form, m_editors, QStringLiteral("lblFldFormat"), m_format);
     m_align = codeCombo(m_editors, QStringLiteral("cmbFldAlign"), 0);
     for (const qint16 code : kFieldAlignmentCodes)
@@ -175,8 +175,7 @@ void FieldsPage::showSample()
         return;
     m_titleSample->setStyle(m_copy.style(StyleDetailTitle));
     m_valueSample->setStyle(m_copy.style(StyleDetailBody));
-    const FieldSample sample =
-        fieldSample(m_grid, *field, FormatLocale::fromQLocale(QLocale()));
+    const FieldSample sample = fieldSample(m_grid, *field, FormatLocale::fromQLocale(QLocale()));
     TextParts title;
     TextParts value;
     title[std::size_t(sample.placement)] = field->Title;

@@ -87,8 +87,8 @@ GeneralPage::GeneralPage(SettingsWorkingCopy& copy, std::function<void(int)> pag
         m_borders->addItem(QString());
     m_columns = new QComboBox(page);
     m_columns->setObjectName(QStringLiteral("cmbColumns"));
-    m_columns->addItems({QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3"),
-                         QStringLiteral("4")});
+    m_columns->addItems(
+        {QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3"), QStringLiteral("4")});
     for (const auto& [labelName, field] :
          {std::pair{"lblBorders", m_borders}, std::pair{"lblColumns", m_columns}}) {
         auto* label = new QLabel(page);
@@ -120,8 +120,8 @@ GeneralPage::GeneralPage(SettingsWorkingCopy& copy, std::function<void(int)> pag
     m_height->setObjectName(QStringLiteral("cmbHeight"));
     m_height->setEditable(true);
     m_height->setInsertPolicy(QComboBox::NoInsert);
-    m_height->addItems({kDefaultHeight, QStringLiteral("0.5\""), QStringLiteral("1\""),
-                        QStringLiteral("1.5\"")});
+    m_height->addItems(
+        {kDefaultHeight, QStringLiteral("0.5\""), QStringLiteral("1\""), QStringLiteral("1.5\"")});
     auto* heightLabel = new QLabel(breaks);
     heightLabel->setObjectName(QStringLiteral("lblHeight"));
     heightLabel->setBuddy(m_height);

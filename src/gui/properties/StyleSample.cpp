@@ -64,10 +64,12 @@ void StyleSample::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.fillRect(rect(), palette().base());
-    const RowLook look = lookOf(m_style, m_fonts.font(m_style), logicalDpiY());
+    RowLook look = lookOf(m_style, m_fonts.font(m_style), logicalDpiY());
     const QRect row(kPadding, kPadding, width() - 2 * kPadding, look.height());
     const Qt::Alignment placements[] = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
     look.paintCell(painter, row, {}, Qt::AlignLeft);
+    // The texts go over the row painted once, without painting its back again.
+    look.back = look.rule = Qt::transparent;
     for (std::size_t i = 0; i < m_texts.size(); ++i) {
         if (!m_texts[i].isEmpty())
             look.paintCell(painter, row, m_texts[i].split(u'\n'), placements[i]);

@@ -47,6 +47,8 @@ TextPage::TextPage(SettingsWorkingCopy& copy, QWidget* parent) : QWidget(parent)
         m_boxes[i]->setObjectName(indexed("txt", i));
         m_boxes[i]->installEventFilter(this);
         m_labels[i]->setBuddy(m_boxes[i]);
+        if (i == 0)
+            m_title->setBuddy(m_boxes[i]);
         layout->addWidget(m_labels[i], 1 + i, 1);
         layout->addWidget(m_boxes[i], 1 + i, 2);
         connect(m_boxes[i], &QLineEdit::textChanged, this, &TextPage::txt_Change);

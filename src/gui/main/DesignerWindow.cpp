@@ -6,6 +6,7 @@
 #include "gui/common/WidgetPrompt.h"
 #include "gui/main/MainWindow.h"
 #include "gui/main/QtPrinterAccess.h"
+#include "gui/properties/SettingsDialog.h"
 
 #include <QApplication>
 #include <QEventLoop>
@@ -25,12 +26,19 @@ DesignerWindow::DesignerWindow(ReportSession& session) : m_session(session)
     }
     QObject::connect(m_window, &MainWindow::closed, m_window, [this] { m_open = false; });
     session.captions().attach(CaptionWindow::Main, m_window->captions());
+    QObject::connect(m_commands.get(), &DesignerCommands::propertiesRequested, m_window,
+                     [this](const QString& tab, const QString& item) {
+                         if (!m_settings)
+                             m_settings = new SettingsDialog(m_session, *m_commands);
+                         m_settings->openAt(tab, item);
+                     });
     m_window->restorePlacement();
 }
 
 DesignerWindow::~DesignerWindow()
 {
     m_session.captions().detach(CaptionWindow::Main, m_window->captions());
+    delete m_settings;
     if (m_prompt)
         m_session.setPrompt(nullptr);
     delete m_window;

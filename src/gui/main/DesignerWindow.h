@@ -12,6 +12,7 @@ class DesignerCommands;
 class MainWindow;
 class QtPrinterAccess;
 class ReportSession;
+class SettingsDialog;
 class WidgetPrompt;
 
 // The designer a component opens: the main window over the component's session, with the
@@ -40,6 +41,7 @@ private:
     std::unique_ptr<DesignerCommands> m_commands;
     std::unique_ptr<WidgetPrompt> m_prompt;
     QPointer<MainWindow> m_window;
+    QPointer<SettingsDialog> m_settings; // the properties dialog while it is open
     bool m_open = false;
 };
 

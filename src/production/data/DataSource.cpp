@@ -17,6 +17,21 @@ QString recordSourceKindName(RecordSourceKind kind)
     return {};
 }
 
+QString matchingRecordSourceName(const QList<RecordSourceEntry>& sources, const QString& name)
+{
+    QString match;
+    int matches = 0;
+    for (const RecordSourceEntry& source : sources) {
+        if (source.name == name)
+            return name;
+        if (source.name.compare(name, Qt::CaseInsensitive) == 0) {
+            match = source.name;
+            ++matches;
+        }
+    }
+    return matches == 1 ? match : QString();
+}
+
 std::unique_ptr<Recordset> DataSource::openSorted(const QString&, const QList<SortField>&,
                                                   const QCollator&, QString*)
 {

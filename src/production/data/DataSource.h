@@ -37,6 +37,11 @@ struct SortField
 // The text used for a kind on the command line: "table", "linked", "view" or "query".
 QString recordSourceKindName(RecordSourceKind kind);
 
+// The name of the record source that a name opens, as the database engines match names: the
+// same name, else the one name that differs from it only in letter case. Empty when there is
+// none, or more than one.
+QString matchingRecordSourceName(const QList<RecordSourceEntry>& sources, const QString& name);
+
 // An open database, read-only. One backend per kind of database; openDatabase() picks it.
 class DataSource
 {
@@ -47,8 +52,8 @@ public:
     // own order, then views and saved queries, leaving out system and hidden objects.
     virtual QList<RecordSourceEntry> recordSources() = 0;
 
-    // Opens a record source by its exact name. With a row limit the cursor stops after that
-    // many rows. On failure returns null and sets *error.
+    // Opens a record source by its name, in any letter case. With a row limit the cursor stops
+    // after that many rows. On failure returns null and sets *error.
     virtual std::unique_ptr<Recordset>
     openRecordSource(const QString& name, std::optional<qint64> rowLimit, QString* error) = 0;
 

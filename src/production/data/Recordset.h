@@ -11,7 +11,8 @@ namespace tabulor {
 
 // A forward-only cursor over rows: what the report reads from a database record source and
 // what a host hands in instead of a database. Implementations never throw; a failed move
-// returns false and the reader stops there.
+// returns false and the reader stops there, and readError() tells whether the rows ended or
+// could not be read.
 class TABULOR_EXPORT Recordset
 {
 public:
@@ -40,6 +41,11 @@ public:
 
     // The number of records as far as the source knows it now (may be an estimate).
     virtual qint64 recordCount() const = 0;
+
+    // Why the cursor stopped before the last row: the rows could not be read on (a damaged
+    // file, a lost connection), in words for the user that name the database. Empty while
+    // the rows can be read and once they have simply ended.
+    virtual QString readError() const { return {}; }
 };
 
 } // namespace tabulor

@@ -50,6 +50,17 @@ std::unique_ptr<DataSource> openDatabase(const QString& name, QString* error)
         setError(error, QStringLiteral("The database '%1' does not exist.").arg(name));
         return nullptr;
     }
+    // A pipe would block the open until something writes to it, and a device may never end.
+    if (info.isDir()) {
+        setError(error, QStringLiteral("'%1' is a folder, not a database file.").arg(name));
+        return nullptr;
+    }
+    if (!info.isFile()) {
+        setError(error,
+                 QStringLiteral("'%1' is not a database file: it is a pipe, device or socket.")
+                     .arg(name));
+        return nullptr;
+    }
     QFile file(name);
     if (!file.open(QIODevice::ReadOnly)) {
         setError(

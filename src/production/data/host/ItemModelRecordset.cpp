@@ -2,6 +2,7 @@
 
 #include "production/base/Currency.h"
 #include "production/base/FieldType.h"
+#include "production/data/BinaryValue.h"
 
 #include <QDateTime>
 #include <QUuid>
@@ -118,7 +119,12 @@ QVariant ItemModelRecordset::value(int field) const
     if (atEnd() || field < 0 || field >= m_model->columnCount())
         return {};
     const QVariant value = m_model->data(m_model->index(m_row, field), m_role);
-    return value.isNull() ? QVariant() : value;
+    if (value.isNull())
+        return {};
+    // Bytes are shown by their size, as a database's binary values are.
+    if (value.typeId() == QMetaType::QByteArray)
+        return binaryValue(value.toByteArray().size());
+    return value;
 }
 
 qint64 ItemModelRecordset::recordCount() const

@@ -79,6 +79,11 @@ std::optional<JetCatalog> JetCatalog::read(const JetHandle& database, QString* e
         object.foreignName = text("ForeignName");
         catalog.m_objects.append(object);
     }
+    if (!rows->readError().isEmpty()) {
+        if (error)
+            *error = rows->readError();
+        return std::nullopt;
+    }
     return catalog;
 }
 
@@ -108,11 +113,14 @@ QList<RecordSourceEntry> JetCatalog::recordSources() const
 
 const JetObject* JetCatalog::find(const QString& name) const
 {
+    const JetObject* sameButCase = nullptr;
     for (const JetObject& object : m_objects) {
         if (object.name == name)
             return &object;
+        if (!sameButCase && object.name.compare(name, Qt::CaseInsensitive) == 0)
+            sameButCase = &object;
     }
-    return nullptr;
+    return sameButCase;
 }
 
 } // namespace tabulor

@@ -50,7 +50,8 @@ public:
     // (exactly so) hold the embedded sources of forms and reports and are left out.
     QList<RecordSourceEntry> recordSources() const;
 
-    // The object with exactly this name (case counts), or null.
+    // The object with this name, or else the one whose name differs from it only in letter
+    // case, as Jet matches names; null when there is none.
     const JetObject* find(const QString& name) const;
 
     const QList<JetObject>& objects() const { return m_objects; }

@@ -73,7 +73,7 @@ JetDataSource::openRecordSource(const QString& name, std::optional<qint64> rowLi
     }
     switch (object->kind) {
     case JetObject::Kind::Table:
-        return JetRecordset::open(*m_handle, m_handle->findTable(name), rowLimit, error);
+        return JetRecordset::open(*m_handle, m_handle->findTable(object->name), rowLimit, error);
     case JetObject::Kind::LinkedFile:
     case JetObject::Kind::LinkedOdbc: {
         const std::unique_ptr<DataSource> target = openLinkTarget(*object, error);
@@ -95,7 +95,7 @@ std::optional<qint64> JetDataSource::countRows(const QString& name)
         const std::unique_ptr<DataSource> target = openLinkTarget(*object, nullptr);
         return target ? target->countRows(object->foreignName) : std::nullopt;
     }
-    const JetTable table = m_handle->openTable(m_handle->findTable(name), nullptr);
+    const JetTable table = m_handle->openTable(m_handle->findTable(object->name), nullptr);
     return table ? std::optional<qint64>(table->num_rows) : std::nullopt;
 }
 

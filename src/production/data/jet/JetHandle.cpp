@@ -2,6 +2,7 @@
 
 #include "production/base/CodePages.h"
 #include "production/data/jet/JetRecordset.h"
+#include "production/data/jet/JetWarnings.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -104,7 +105,16 @@ std::unique_ptr<JetHandle> JetHandle::open(const QString& path, QString* error)
         return fail(QStringLiteral("The database '%1' is damaged: it is cut short.").arg(path));
     file.close();
 
-    MdbHandle* mdb = mdb_open(QFile::encodeName(path).constData(), MDB_NOFLAGS);
+    MdbHandle* mdb = nullptr;
+    {
+        const JetWarnings warnings;
+        mdb = mdb_open(QFile::encodeName(path).constData(), MDB_NOFLAGS);
+        if (mdb && warnings.any()) {
+            mdb_close(mdb);
+            return fail(QStringLiteral("The database '%1' is damaged: %2.")
+                            .arg(path, warnings.firstWarning()));
+        }
+    }
     if (!mdb)
         return fail(QStringLiteral("The database '%1' cannot be opened.").arg(path));
     std::unique_ptr<JetHandle> handle(new JetHandle(mdb, path, quint32(size / *pageSize)));
@@ -167,6 +177,11 @@ bool JetHandle::readCatalog(QString* error)
                                         int(rows->value(flags).toLongLong())));
     }
     replaceCatalog(m_mdb, entries);
+    if (!rows->readError().isEmpty()) {
+        if (error)
+            *error = rows->readError();
+        return false;
+    }
     return true;
 }
 
@@ -228,10 +243,12 @@ JetTable JetHandle::openTable(int catalogIndex, QString* error) const
     auto* entry =
         static_cast<MdbCatalogEntry*>(g_ptr_array_index(m_mdb->catalog, guint(catalogIndex)));
     const QString name = catalogText(entry->object_name);
+    const JetWarnings warnings;
     JetTable table;
     if (pageInFile(entry->table_pg))
         table.reset(mdb_read_table(entry));
-    if (!table || !usageMapInFile(table.get()) || !mdb_read_columns(table.get())) {
+    if (!table || !usageMapInFile(table.get()) || !mdb_read_columns(table.get()) ||
+        warnings.any()) {
         if (error)
             *error = damaged(QStringLiteral("the table '%1' cannot be read").arg(name));
         return nullptr;
@@ -275,22 +292,35 @@ bool JetHandle::usageMapInFile(MdbTableDef* table) const
     return true;
 }
 
-std::optional<QByteArray> JetHandle::readLongValue(int start, int length) const
+std::optional<qint64> JetHandle::longValueSize(int start, int length) const
 {
     if (length < LongValueFieldSize || start < 0 || start + length > m_mdb->fmt->pg_size)
         return std::nullopt;
-    const unsigned char* field = m_mdb->pg_buf + start;
-    const quint32 header = le32(field);
-    const quint32 total = header & LongValueLengthMask;
+    const quint32 header = le32(m_mdb->pg_buf + start);
     if (header & LongValueInline)
-        return QByteArray(reinterpret_cast<const char*>(field) + LongValueFieldSize,
-                          length - LongValueFieldSize);
-    // Larger values live in rows of other pages, either in one row or in a chain of rows
-    // that each begin with a pointer to the next.
-    const bool chained = !(header & LongValueSinglePage);
+        return length - LongValueFieldSize;
+    // Larger values live in rows of other pages, which together cannot hold more than the
+    // file.
+    const quint32 total = header & LongValueLengthMask;
     if (header & ~(LongValueInline | LongValueSinglePage | LongValueLengthMask) ||
         total > quint64(m_pageCount) * quint64(m_mdb->fmt->pg_size))
         return std::nullopt;
+    return total;
+}
+
+std::optional<QByteArray> JetHandle::readLongValue(int start, int length) const
+{
+    const std::optional<qint64> total = longValueSize(start, length);
+    if (!total)
+        return std::nullopt;
+    const unsigned char* field = m_mdb->pg_buf + start;
+    const quint32 header = le32(field);
+    if (header & LongValueInline)
+        return QByteArray(reinterpret_cast<const char*>(field) + LongValueFieldSize, *total);
+    // Either one row of another page, or a chain of rows that each begin with a pointer to
+    // the next.
+    const bool chained = !(header & LongValueSinglePage);
+    const JetWarnings warnings;
     QByteArray value;
     quint32 pageRow = le32(field + 4);
     // Each row lies on its own page, so a chain longer than the file is a loop.
@@ -300,7 +330,7 @@ std::optional<QByteArray> JetHandle::readLongValue(int start, int length) const
         void* page = nullptr;
         int offset = 0;
         size_t rowLength = 0;
-        if (mdb_find_pg_row(m_mdb, int(pageRow), &page, &offset, &rowLength) != 0)
+        if (mdb_find_pg_row(m_mdb, int(pageRow), &page, &offset, &rowLength) != 0 || warnings.any())
             return std::nullopt;
         const auto* row = static_cast<const unsigned char*>(page) + offset;
         if (!chained)
@@ -308,13 +338,13 @@ std::optional<QByteArray> JetHandle::readLongValue(int start, int length) const
         if (rowLength < 4)
             return std::nullopt;
         value.append(reinterpret_cast<const char*>(row) + 4, qsizetype(rowLength) - 4);
-        if (quint64(value.size()) >= total)
+        if (value.size() >= *total)
             break;
         pageRow = le32(row);
     }
-    if (quint64(value.size()) < total)
+    if (value.size() < *total)
         return std::nullopt;
-    value.truncate(total);
+    value.truncate(*total);
     return value;
 }
 

@@ -55,6 +55,9 @@ public:
     // The bytes of a long value (memo or OLE object) whose 12-byte field lies at `start` of the
     // current page, following its chain of pages; nullopt when the chain is damaged.
     std::optional<QByteArray> readLongValue(int start, int length) const;
+    // The number of bytes of that long value as its field gives it, without reading them;
+    // nullopt when the field is damaged.
+    std::optional<qint64> longValueSize(int start, int length) const;
 
     // Text as the file stores it: UCS-2, possibly compressed, from Jet 4 on; bytes in the
     // file's code page in Jet 3.

@@ -41,9 +41,13 @@ std::optional<JetQueryDefinition> JetQueryDefinition::read(const JetHandle& file
     for (; !rows->atEnd(); rows->moveNext()) {
         if (value("ObjectId").toInt() != query.id)
             continue;
-        definition.m_rows.append({value("Attribute").toInt(), value("Order").toByteArray(),
+        definition.m_rows.append({value("Attribute").toInt(), rows->bytes(field.value("Order", -1)),
                                   value("Name1").toString(), value("Name2").toString(),
                                   value("Expression").toString(), value("Flag").toInt()});
+    }
+    if (!rows->readError().isEmpty()) {
+        *error = rows->readError();
+        return std::nullopt;
     }
     std::stable_sort(
         definition.m_rows.begin(), definition.m_rows.end(), [](const Row& a, const Row& b) {

@@ -34,6 +34,7 @@ bool JetQueryRecordset::moveFirst()
 {
     sqlite3_reset(m_statement.get());
     m_rowsRead = 0;
+    m_readError.clear();
     return step() == SQLITE_ROW;
 }
 
@@ -63,6 +64,8 @@ int JetQueryRecordset::step()
     m_atEnd = result != SQLITE_ROW;
     if (!m_atEnd)
         ++m_rowsRead;
+    else if (result != SQLITE_DONE)
+        m_readError = QStringLiteral("The query cannot be run to the end: %1.").arg(lastError());
     return result;
 }
 

@@ -34,8 +34,10 @@ public:
     QVariant value(int field) const override;
 
     qint64 recordCount() const override { return m_rowsRead; }
+    QString readError() const override { return m_readError; }
 
-    // Reads the next row, unless the row limit is reached; the engine's result code.
+    // Reads the next row, unless the row limit is reached; the engine's result code. A failed
+    // step after the first ends the rows with a read error.
     int step();
 
     // The engine's message for the last error.
@@ -49,6 +51,7 @@ private:
     QList<qint16> m_types;
     bool m_atEnd = true;
     qint64 m_rowsRead = 0;
+    QString m_readError;
 };
 
 } // namespace tabulor

@@ -241,8 +241,7 @@ std::optional<QString> forCrosstab(JetSqlTranslator& translator, const JetQueryW
         if (value.isNull()) {
             name = QStringLiteral("<>");
             condition = QStringLiteral("(%1) IS NULL").arg(headingSql->sql);
-        } else if (value.typeId() == QMetaType::QString ||
-                   value.typeId() == QMetaType::QByteArray) {
+        } else if (value.typeId() == QMetaType::QString) {
             name = value.toString();
             condition = QStringLiteral("(%1) = %2").arg(headingSql->sql, sqlTextLiteral(name));
         } else if (value.metaType() == QMetaType::fromType<double>()) {

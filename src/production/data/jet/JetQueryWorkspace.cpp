@@ -2,6 +2,7 @@
 
 #include "production/base/Currency.h"
 #include "production/base/FieldType.h"
+#include "production/data/BinaryValue.h"
 #include "production/data/DataSource.h"
 #include "production/data/jet/JetCatalog.h"
 #include "production/data/jet/JetSqlFunctions.h"
@@ -59,10 +60,10 @@ void bindValue(sqlite3_stmt* statement, int index, const QVariant& value)
             statement, index,
             value.toDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")).toUtf8(), -1,
             SQLITE_TRANSIENT);
-    else if (value.metaType() == QMetaType::fromType<QByteArray>()) {
-        const QByteArray bytes = value.toByteArray();
-        sqlite3_bind_blob(statement, index, bytes.constData(), int(bytes.size()), SQLITE_TRANSIENT);
-    } else if (value.metaType() == QMetaType::fromType<double>())
+    else if (value.metaType() == QMetaType::fromType<BinaryValue>())
+        // A value of the same size, so that the query shows it as the table does.
+        sqlite3_bind_zeroblob64(statement, index, sqlite3_uint64(value.value<BinaryValue>().size));
+    else if (value.metaType() == QMetaType::fromType<double>())
         sqlite3_bind_double(statement, index, value.toDouble());
     else if (value.canConvert<qint64>() && value.metaType() != QMetaType::fromType<QString>())
         sqlite3_bind_int64(statement, index, value.toLongLong());
@@ -158,6 +159,10 @@ const JetSourceSchema* JetQueryWorkspace::load(const QString& name, QString* err
             return nullptr;
         }
         sqlite3_reset(insert.get());
+    }
+    if (!rows->readError().isEmpty()) {
+        *error = rows->readError();
+        return nullptr;
     }
     if (!execute(QStringLiteral("COMMIT"), error))
         return nullptr;

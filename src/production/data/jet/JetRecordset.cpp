@@ -1,6 +1,8 @@
 #include "production/data/jet/JetRecordset.h"
 
+#include "production/data/BinaryValue.h"
 #include "production/data/jet/JetValues.h"
+#include "production/data/jet/JetWarnings.h"
 
 #include <algorithm>
 
@@ -40,7 +42,21 @@ JetRecordset::JetRecordset(std::unique_ptr<JetHandle> handle, JetTable table,
 
 bool JetRecordset::fetch()
 {
-    m_atEnd = (m_rowLimit && m_rowsRead >= *m_rowLimit) || !mdb_fetch_row(m_table.get());
+    if (!m_readError.isEmpty() || (m_rowLimit && m_rowsRead >= *m_rowLimit)) {
+        m_atEnd = true;
+        return false;
+    }
+    // libmdb goes on past a page it cannot follow, after saying so.
+    const JetWarnings warnings;
+    m_atEnd = !mdb_fetch_row(m_table.get());
+    if (warnings.any()) {
+        m_readError =
+            m_handle->damaged(QStringLiteral("the table '%1' cannot be read after row %2 (%3)")
+                                  .arg(QString::fromUtf8(m_table->name))
+                                  .arg(m_rowsRead)
+                                  .arg(warnings.firstWarning()));
+        m_atEnd = true;
+    }
     if (!m_atEnd)
         ++m_rowsRead;
     return !m_atEnd;
@@ -50,6 +66,7 @@ bool JetRecordset::moveFirst()
 {
     mdb_rewind_table(m_table.get());
     m_rowsRead = 0;
+    m_readError.clear();
     return fetch();
 }
 
@@ -75,15 +92,22 @@ QVariant JetRecordset::value(int field) const
     case MDB_TEXT:
         return m_handle->decodeText(data, length);
     case MDB_BINARY:
-        return QByteArray(reinterpret_cast<const char*>(data), length);
-    case MDB_MEMO:
+        return binaryValue(length);
     case MDB_OLE: {
+        // Only the size is shown, and the field holds it: the value's pages are not read.
+        const std::optional<qint64> size = m_handle->longValueSize(column->cur_value_start, length);
+        return size ? binaryValue(*size) : QVariant();
+    }
+    case MDB_MEMO: {
         const std::optional<QByteArray> bytes =
             m_handle->readLongValue(column->cur_value_start, length);
-        if (!bytes)
+        if (!bytes) {
+            m_readError = m_handle->damaged(
+                QStringLiteral("a text of the table '%1' in row %2 cannot be read")
+                    .arg(QString::fromUtf8(m_table->name))
+                    .arg(m_rowsRead));
             return {};
-        if (column->col_type == MDB_OLE)
-            return *bytes;
+        }
         return m_handle->decodeText(reinterpret_cast<const unsigned char*>(bytes->constData()),
                                     int(bytes->size()));
     }
@@ -91,6 +115,23 @@ QVariant JetRecordset::value(int field) const
         // libmdb keeps a decimal's scale in col_prec and its precision in col_scale.
         return jetFixedValue(column->col_type, data, length, column->col_prec);
     }
+}
+
+QByteArray JetRecordset::bytes(int field) const
+{
+    if (m_atEnd || field < 0 || field >= m_columns.size())
+        return {};
+    const MdbColumn* column = m_columns[field];
+    if (column->cur_value_len <= 0)
+        return {};
+    if (column->col_type == MDB_OLE)
+        return m_handle->readLongValue(column->cur_value_start, column->cur_value_len)
+            .value_or(QByteArray());
+    if (column->col_type != MDB_BINARY)
+        return {};
+    return QByteArray(
+        reinterpret_cast<const char*>(m_handle->raw()->pg_buf + column->cur_value_start),
+        column->cur_value_len);
 }
 
 qint64 JetRecordset::recordCount() const

@@ -28,11 +28,17 @@ public:
     bool moveFirst() override;
     bool moveNext() override;
     bool atEnd() const override { return m_atEnd; }
+    // Values as a report shows them: binary ones (OLE objects, binary columns) by their size.
     QVariant value(int field) const override;
+    // The bytes of a binary column's value or of an OLE object in the current row, read in
+    // full; empty for any other column and for a damaged value.
+    QByteArray bytes(int field) const;
 
     // The table's row count from its definition, cut to the row limit; never less than the
     // rows read so far.
     qint64 recordCount() const override;
+    // Set when a page or value of the table turns out to be damaged; the cursor then stops.
+    QString readError() const override { return m_readError; }
 
 private:
     JetRecordset(std::unique_ptr<JetHandle> handle, JetTable table, std::optional<qint64> rowLimit);
@@ -47,6 +53,8 @@ private:
     QList<qint16> m_types;
     bool m_atEnd = true;
     qint64 m_rowsRead = 0;
+    // Set by value() too, for a long value whose pages cannot be followed.
+    mutable QString m_readError;
 };
 
 } // namespace tabulor

@@ -205,9 +205,23 @@ std::optional<QString> odbcText(void* statement, int column)
                     data->size() / qsizetype(sizeof(SQLWCHAR)));
 }
 
-std::optional<QByteArray> odbcBytes(void* statement, int column)
+std::optional<qint64> odbcByteCount(void* statement, int column)
 {
-    return readPieces(statement, column, SQL_C_BINARY, 0);
+    // Each piece comes with the length still to come, when the driver knows it.
+    char buffer[8192];
+    qint64 count = 0;
+    for (;;) {
+        SQLLEN indicator = 0;
+        const SQLRETURN result = SQLGetData(statement, SQLUSMALLINT(column + 1), SQL_C_BINARY,
+                                            buffer, sizeof buffer, &indicator);
+        if (result == SQL_NO_DATA)
+            return count;
+        if (!SQL_SUCCEEDED(result) || indicator == SQL_NULL_DATA)
+            return std::nullopt;
+        if (indicator != SQL_NO_TOTAL)
+            return count + indicator;
+        count += qint64(sizeof buffer);
+    }
 }
 
 } // namespace tabulor

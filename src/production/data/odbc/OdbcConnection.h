@@ -63,9 +63,10 @@ private:
 // every driver converts itself.
 SQLRETURN odbcExecute(void* statement, const QString& sql);
 
-// A column (counted from 0) of the current row as text (character data) or bytes (binary data),
-// read in pieces of any length; nullopt for NULL or when the driver cannot deliver it.
+// A column (counted from 0) of the current row as text (character data), read in pieces of
+// any length, or the number of bytes of binary data; nullopt for NULL or when the driver
+// cannot deliver it.
 std::optional<QString> odbcText(void* statement, int column);
-std::optional<QByteArray> odbcBytes(void* statement, int column);
+std::optional<qint64> odbcByteCount(void* statement, int column);
 
 } // namespace tabulor

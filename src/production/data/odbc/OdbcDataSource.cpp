@@ -77,19 +77,26 @@ QList<OdbcDataSource::Listed> OdbcDataSource::tables() const
     return tables + views;
 }
 
-QList<RecordSourceEntry> OdbcDataSource::recordSources()
+QList<RecordSourceEntry> OdbcDataSource::entriesOf(const QList<Listed>& listed)
 {
     QList<RecordSourceEntry> entries;
-    for (const Listed& listed : tables())
-        entries.append({listed.table.name, listed.kind});
+    for (const Listed& source : listed)
+        entries.append({source.table.name, source.kind});
     return entries;
+}
+
+QList<RecordSourceEntry> OdbcDataSource::recordSources()
+{
+    return entriesOf(tables());
 }
 
 std::optional<OdbcTable> OdbcDataSource::table(const QString& name, QString* error) const
 {
-    for (const Listed& listed : tables()) {
-        if (listed.table.name == name)
-            return listed.table;
+    const QList<Listed> listed = tables();
+    const QString stored = matchingRecordSourceName(entriesOf(listed), name);
+    for (const Listed& source : listed) {
+        if (!stored.isEmpty() && source.table.name == stored)
+            return source.table;
     }
     setError(error, QStringLiteral("'%1' is not a table or view of the database.").arg(name));
     return std::nullopt;

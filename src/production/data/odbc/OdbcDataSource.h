@@ -32,7 +32,9 @@ private:
 
     struct Listed;
     QList<Listed> tables() const;
-    // The listed table or view of exactly this name; nullopt with *error set for any other.
+    static QList<RecordSourceEntry> entriesOf(const QList<Listed>& listed);
+    // The listed table or view that a name opens (see matchingRecordSourceName); nullopt with
+    // *error set for any other name.
     std::optional<OdbcTable> table(const QString& name, QString* error) const;
 
     QString m_connection;

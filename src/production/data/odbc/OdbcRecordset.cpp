@@ -3,6 +3,7 @@
 #include "production/base/Currency.h"
 #include "production/base/ErrorText.h"
 #include "production/base/FieldType.h"
+#include "production/data/BinaryValue.h"
 
 #include <QDateTime>
 
@@ -161,8 +162,8 @@ QVariant readValue(SQLHSTMT statement, int column, qint16 fieldType, SQLSMALLINT
         return readDate(statement, column, sqlType);
     case FieldBinary:
     case FieldLongBinary: {
-        const std::optional<QByteArray> bytes = odbcBytes(statement, column);
-        return bytes ? QVariant(*bytes) : QVariant();
+        const std::optional<qint64> size = odbcByteCount(statement, column);
+        return size ? binaryValue(*size) : QVariant();
     }
     default: {
         const std::optional<QString> text = odbcText(statement, column);

@@ -73,8 +73,7 @@ QList<RecordSourceEntry> PostgresDataSource::recordSources()
     return entries;
 }
 
-std::optional<PostgresRelation> PostgresDataSource::relation(const QString& name,
-                                                             QString* error) const
+std::optional<PostgresRelation> PostgresDataSource::relation(const QString& name, QString* error)
 {
     // The server's text cannot hold a zero character; the library would cut the name there.
     if (name.isEmpty() || name.contains(QChar(0))) {
@@ -96,6 +95,12 @@ std::optional<PostgresRelation> PostgresDataSource::relation(const QString& name
                        "AND c.relname::text = $1::text AND " +
                            Listed + " ORDER BY a.attnum",
                        {name.toUtf8()}, &problem);
+    if (result && PQntuples(result.get()) == 0) {
+        // Looked for in the list only when the name as given finds nothing.
+        const QString stored = matchingRecordSourceName(recordSources(), name);
+        if (!stored.isEmpty() && stored != name)
+            return relation(stored, error);
+    }
     if (!result || PQntuples(result.get()) == 0) {
         setError(error, result ? notARecordSource(name)
                                : QStringLiteral("'%1' cannot be opened: %2").arg(name, problem));

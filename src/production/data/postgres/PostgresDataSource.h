@@ -34,9 +34,9 @@ public:
 private:
     PostgresDataSource(QString address, std::unique_ptr<PostgresConnection> catalog);
 
-    // The listed table or view of exactly this name with its columns; nullopt with *error
-    // set for any other name.
-    std::optional<PostgresRelation> relation(const QString& name, QString* error) const;
+    // The listed table or view that a name opens (see matchingRecordSourceName) with its
+    // columns; nullopt with *error set for any other name.
+    std::optional<PostgresRelation> relation(const QString& name, QString* error);
 
     QString m_address;
     std::unique_ptr<PostgresConnection> m_catalog;

@@ -3,6 +3,7 @@
 #include "production/base/Currency.h"
 #include "production/base/FieldType.h"
 #include "production/base/IsoDateTime.h"
+#include "production/data/BinaryValue.h"
 
 #include <QDate>
 #include <QRegularExpression>
@@ -139,7 +140,7 @@ QVariant postgresValue(QByteArrayView text, qint16 fieldType)
         return value.isValid() ? value : QVariant(when);
     }
     default: // LongBinary: the hex output, "\x" and two digits a byte
-        return QByteArray::fromHex(text.sliced(std::min<qsizetype>(2, text.size())).toByteArray());
+        return binaryValue(std::max<qsizetype>(text.size() - 2, 0) / 2);
     }
 }
 

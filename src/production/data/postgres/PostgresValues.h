@@ -11,7 +11,7 @@ qint16 fieldTypeForPostgresType(quint32 typeOid);
 
 // A value in the server's text form, typed for a field of the given type: bool, int (Integer,
 // Long), qint64 (BigInt), double (Single, Double, Decimal), Currency, QDate, QDateTime, QTime,
-// QByteArray (Binary, LongBinary) or QString. A date or number the field type cannot hold,
+// BinaryValue (Binary, LongBinary) or QString. A date or number the field type cannot hold,
 // such as 'infinity' or a date before the common era, is kept as text.
 QVariant postgresValue(QByteArrayView text, qint16 fieldType);
 // Whether postgresValue() gives a field of this type its text as it stands (UTF-8).

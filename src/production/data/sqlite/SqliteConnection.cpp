@@ -84,17 +84,20 @@ std::shared_ptr<SqliteConnection> SqliteConnection::openAnother() const
     return openReadOnly(QString::fromUtf8(sqlite3_db_filename(m_handle, "main")), nullptr);
 }
 
-bool SqliteConnection::hasRecordSource(const QString& name) const
+QString SqliteConnection::recordSourceName(const QString& name) const
 {
     const SqliteStatement lookup =
-        prepare(QStringLiteral("SELECT 1 FROM sqlite_master "
-                               "WHERE type IN ('table', 'view') AND name = ?1"),
+        prepare(QStringLiteral("SELECT name FROM sqlite_master "
+                               "WHERE type IN ('table', 'view') AND name = ?1 COLLATE NOCASE"),
                 nullptr);
     if (!lookup)
-        return false;
+        return {};
     const QByteArray utf8 = name.toUtf8();
     sqlite3_bind_text(lookup.get(), 1, utf8.constData(), int(utf8.size()), SQLITE_STATIC);
-    return sqlite3_step(lookup.get()) == SQLITE_ROW;
+    if (sqlite3_step(lookup.get()) != SQLITE_ROW)
+        return {};
+    return QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(lookup.get(), 0)),
+                             sqlite3_column_bytes(lookup.get(), 0));
 }
 
 std::optional<qint64> SqliteConnection::countRows(const QString& name) const
@@ -147,6 +150,16 @@ QString SqliteConnection::quotedIdentifier(const QString& name)
     QString quoted = name;
     quoted.replace(QLatin1Char('"'), QLatin1String("\"\""));
     return QLatin1Char('"') + quoted + QLatin1Char('"');
+}
+
+QString SqliteConnection::readFailure(int result) const
+{
+    const QString path = QString::fromUtf8(sqlite3_db_filename(m_handle, "main"));
+    const int primary = result & 0xff;
+    if (primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB)
+        return QStringLiteral("The database '%1' is damaged: %2.").arg(path, lastError());
+    return QStringLiteral("The database '%1' cannot be read to the end: %2.")
+        .arg(path, lastError());
 }
 
 QString SqliteConnection::lastError() const

@@ -42,8 +42,9 @@ public:
     // Prepares one statement. Null with *error set to the engine's message on failure.
     SqliteStatement prepare(const QString& sql, QString* error) const;
 
-    // Whether a table or view has exactly this name (case counts).
-    bool hasRecordSource(const QString& name) const;
+    // The stored name of the table or view that a name opens, which may differ from it in the
+    // case of its ASCII letters as the engine matches names; empty when there is none.
+    QString recordSourceName(const QString& name) const;
 
     // SELECT COUNT(*) over a table or view when the engine gives it within a moment; nullopt
     // when it cannot be counted, or not that quickly.
@@ -60,6 +61,9 @@ public:
 
     // The engine's message about the last failed call on this connection.
     QString lastError() const;
+    // Why reading rows stopped when a step failed with `result`, in words for the user that
+    // name the database: damaged, or unreadable for another reason.
+    QString readFailure(int result) const;
 
 private:
     explicit SqliteConnection(sqlite3* handle) : m_handle(handle) {}

@@ -60,31 +60,33 @@ std::unique_ptr<Recordset> SqliteDataSource::openRecordSource(const QString& nam
                                                               std::optional<qint64> rowLimit,
                                                               QString* error)
 {
-    // Checked first, so that any other name fails with the same plain message.
-    if (!m_connection->hasRecordSource(name)) {
+    // Looked up first, so that any other name fails with the same plain message.
+    const QString stored = m_connection->recordSourceName(name);
+    if (stored.isEmpty()) {
         setError(error, QStringLiteral("'%1' is not a table or view of the database.").arg(name));
         return nullptr;
     }
-    return SqliteRecordset::open(m_connection, name, rowLimit, error);
+    return SqliteRecordset::open(m_connection, stored, rowLimit, error);
 }
 
 std::optional<qint64> SqliteDataSource::countRows(const QString& name)
 {
-    // The engine would also find a name that differs in case; record sources match exactly.
-    if (!m_connection->hasRecordSource(name))
+    const QString stored = m_connection->recordSourceName(name);
+    if (stored.isEmpty())
         return std::nullopt;
-    return m_connection->countRows(name);
+    return m_connection->countRows(stored);
 }
 
 std::unique_ptr<Recordset> SqliteDataSource::openSorted(const QString& name,
                                                         const QList<SortField>& order,
                                                         const QCollator& collator, QString* error)
 {
-    if (!recordSources().contains(RecordSourceEntry{name, RecordSourceKind::Table}))
+    const QString stored = m_connection->recordSourceName(name);
+    if (!recordSources().contains(RecordSourceEntry{stored, RecordSourceKind::Table}))
         return nullptr;
     // The first row types the fields that declare no type, as an unsorted read would.
     const std::unique_ptr<SqliteRecordset> plain =
-        SqliteRecordset::open(m_connection, name, 1, error);
+        SqliteRecordset::open(m_connection, stored, 1, error);
     if (!plain)
         return nullptr;
     QStringList names;
@@ -113,12 +115,12 @@ std::unique_ptr<Recordset> SqliteDataSource::openSorted(const QString& name,
         columns.push_back(SqliteSortKeys::Column{field.name, types.at(f), field.descending});
     }
     std::shared_ptr<SqliteSortKeys> keys =
-        SqliteSortKeys::define(m_connection, name, rowid, columns, collator, error);
+        SqliteSortKeys::define(m_connection, stored, rowid, columns, collator, error);
     if (!keys)
         return nullptr;
     const QString key = keys->keySql();
     if (!keys->split())
-        return SqliteRecordset::openSorted(m_connection, name, QString(), 0, key, types,
+        return SqliteRecordset::openSorted(m_connection, stored, QString(), 0, key, types,
                                            std::move(keys), error);
 
     // The engine sorts each half of the table on a thread of its own; the halves are merged.
@@ -126,7 +128,7 @@ std::unique_ptr<Recordset> SqliteDataSource::openSorted(const QString& name,
     const bool sorted = keys->inBothHalves(
         [&](int half, const std::shared_ptr<SqliteConnection>& connection, const QString& where,
             QString* halfError) {
-            halves[half] = SqliteRecordset::openSorted(connection, name, where, keys->middleRow(),
+            halves[half] = SqliteRecordset::openSorted(connection, stored, where, keys->middleRow(),
                                                        key, types, keys, halfError);
             return halves[half] != nullptr;
         },

@@ -11,6 +11,10 @@ SqliteMergedRecordset::SqliteMergedRecordset(std::unique_ptr<SqliteRecordset> fi
 
 void SqliteMergedRecordset::pick()
 {
+    if (!readError().isEmpty()) {
+        m_current = nullptr;
+        return;
+    }
     if (m_first->atEnd() || m_second->atEnd()) {
         m_current = !m_first->atEnd()    ? m_first.get()
                     : !m_second->atEnd() ? m_second.get()
@@ -42,6 +46,12 @@ bool SqliteMergedRecordset::moveNext()
 QVariant SqliteMergedRecordset::value(int field) const
 {
     return m_current ? m_current->value(field) : QVariant();
+}
+
+QString SqliteMergedRecordset::readError() const
+{
+    const QString first = m_first->readError();
+    return first.isEmpty() ? m_second->readError() : first;
 }
 
 bool SqliteMergedRecordset::utf8Text(int field, std::string_view* text) const

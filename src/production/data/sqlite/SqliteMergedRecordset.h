@@ -26,6 +26,8 @@ public:
     QVariant value(int field) const override;
     bool utf8Text(int field, std::string_view* text) const override;
     qint64 recordCount() const override { return m_first->recordCount(); }
+    // A half that cannot be read on ends the merged rows too.
+    QString readError() const override;
 
 private:
     // Stands on the half whose row comes first.

@@ -109,6 +109,8 @@ int SqliteRecordset::step()
     m_atEnd = result != SQLITE_ROW;
     if (!m_atEnd)
         ++m_rowsRead;
+    else if (result != SQLITE_DONE)
+        m_readError = m_connection->readFailure(result);
     return result;
 }
 
@@ -116,6 +118,7 @@ bool SqliteRecordset::moveFirst()
 {
     sqlite3_reset(m_statement.get());
     m_rowsRead = 0;
+    m_readError.clear();
     return step() == SQLITE_ROW;
 }
 

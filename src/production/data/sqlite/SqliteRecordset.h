@@ -45,6 +45,7 @@ public:
     // The rows of the source, cut to the row limit, counted once on first request; never
     // less than the rows read so far.
     qint64 recordCount() const override;
+    QString readError() const override { return m_readError; }
 
 private:
     SqliteRecordset(std::shared_ptr<SqliteConnection> connection, SqliteStatement statement,
@@ -56,7 +57,8 @@ private:
                                                 std::optional<qint64> rowLimit,
                                                 std::optional<qint64> bound, QString* error);
 
-    // Steps to the next row; returns the engine's result code. A failed step ends the cursor.
+    // Steps to the next row; returns the engine's result code. A failed step ends the cursor
+    // with a read error.
     int step();
 
     std::shared_ptr<SqliteConnection> m_connection;
@@ -68,6 +70,7 @@ private:
     QList<qint16> m_types;
     bool m_atEnd = true;
     qint64 m_rowsRead = 0;
+    QString m_readError;
     mutable std::optional<qint64> m_sourceCount;
 };
 

@@ -2,6 +2,7 @@
 
 #include "production/base/FieldType.h"
 #include "production/base/IsoDateTime.h"
+#include "production/data/BinaryValue.h"
 
 #include <QByteArray>
 #include <QDateTime>
@@ -152,11 +153,8 @@ QVariant sqliteValue(sqlite3_value* value, qint16 fieldType)
             return number != 0.0;
         return number;
     }
-    case SQLITE_BLOB: {
-        // The pointer first, then the size: asking for the size may not convert the value.
-        const auto* data = static_cast<const char*>(sqlite3_value_blob(value));
-        return QByteArray(data, sqlite3_value_bytes(value));
-    }
+    case SQLITE_BLOB:
+        return binaryValue(sqlite3_value_bytes(value));
     default: {
         const auto* data = reinterpret_cast<const char*>(sqlite3_value_text(value));
         const QString text = QString::fromUtf8(data, sqlite3_value_bytes(value));

@@ -25,7 +25,7 @@ std::optional<qint16> fieldTypeForDeclaredType(QByteArrayView declared);
 qint16 fieldTypeForStorageClass(int storageClass);
 
 // The current row's value of a column, typed for a field of the given type: integers as
-// qint64, reals as double, text as QString, blobs as QByteArray, NULL as a null QVariant.
+// qint64, reals as double, text as QString, blobs as BinaryValue, NULL as a null QVariant.
 // Boolean fields give bool; the fractional number types (Currency, Single, Double, Float,
 // Decimal, Numeric) give double even where the engine stored a whole number as an integer;
 // Date fields holding ISO text give QDate, QDateTime or QTime, and keep any other text as is.

@@ -4,6 +4,7 @@
 
 #include "production/base/Currency.h"
 #include "production/base/FieldType.h"
+#include "production/data/jet/JetRecordset.h"
 #include "production/databases/OpenDatabase.h"
 
 #include <QDateTime>
@@ -21,11 +22,12 @@ QByteArray quoted(const QByteArray& bytes)
     return '"' + text + '"';
 }
 
-QByteArray exportValue(const QVariant& value, qint16 type)
+QByteArray exportValue(Recordset& records, int field)
 {
+    const QVariant value = records.value(field);
     if (value.isNull())
         return {};
-    switch (type) {
+    switch (records.fieldType(field)) {
     case FieldBoolean:
         return value.toBool() ? "1" : "0";
     case FieldCurrency: {
@@ -46,7 +48,8 @@ QByteArray exportValue(const QVariant& value, qint16 type)
         return quoted(value.toString().toUtf8());
     case FieldBinary:
     case FieldLongBinary:
-        return quoted(value.toByteArray());
+        // A report shows only their size; the export prints every byte.
+        return quoted(dynamic_cast<JetRecordset&>(records).bytes(field));
     default:
         return value.toString().toUtf8();
     }
@@ -89,7 +92,7 @@ QByteArray exportText(Recordset& records)
     for (; !records.atEnd(); records.moveNext()) {
         QByteArrayList line;
         for (int field = 0; field < records.fieldCount(); ++field)
-            line.append(exportValue(records.value(field), records.fieldType(field)));
+            line.append(exportValue(records, field));
         text += line.join(',') + '\n';
     }
     return text;

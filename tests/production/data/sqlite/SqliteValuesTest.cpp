@@ -1,6 +1,7 @@
 #include "SqliteFixture.h"
 
 #include "production/base/FieldType.h"
+#include "production/data/BinaryValue.h"
 #include "production/data/Recordset.h"
 #include "production/data/sqlite/SqliteValues.h"
 
@@ -127,7 +128,7 @@ TEST(SqliteValues, ValuesComeTypedByFieldAndStorageClass)
         QString("soon"),
         qint64(45000),
         QString::fromUtf8("Zoë Σοφία Дмитрий 山田"),
-        QByteArray("\x00\xff\x10", 3),
+        binaryValue(3),
         QVariant(),
     };
     for (int i = 0; i < expected.size(); ++i) {

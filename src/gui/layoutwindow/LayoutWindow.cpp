@@ -15,6 +15,7 @@
 #include <QSignalBlocker>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -198,11 +199,13 @@ bool LayoutWindow::alwaysOnTop() const
 void LayoutWindow::setAlwaysOnTop(bool onTop)
 {
     if (onTop != alwaysOnTop()) {
-        // Changing the flag takes the window off the screen: it goes back where it was.
-        const bool shown = isVisible();
-        setWindowFlag(Qt::WindowStaysOnTopHint, onTop);
-        if (shown)
-            show();
+        // Only the window system is told, so that the window stays where it is, shown and
+        // active, rather than being made again.
+        Qt::WindowFlags flags = windowFlags();
+        flags.setFlag(Qt::WindowStaysOnTopHint, onTop);
+        overrideWindowFlags(flags);
+        if (QWindow* handle = windowHandle())
+            handle->setFlags(flags);
     }
     const QSignalBlocker blocker(m_pin);
     m_pin->setChecked(onTop);

@@ -3,7 +3,8 @@
 // is, and the longest stretch in which the loop did not come round (from the moment it woke
 // until it was ready to wait again) is the step's blocked time. Prints the medians over the
 // repeats of: opening a report on the source, switching to the preview (and the time until its
-// first page has been painted), adding a group, and resizing a column.
+// first page has been painted), adding a group, resizing a column, and dropping a field from
+// the details into the groups of the layout window and back.
 //
 // Usage: designer DATABASE SOURCE [REPEATS]
 
@@ -11,6 +12,7 @@
 #include "component/ReportSession.h"
 #include "component/Tabulor.h"
 #include "definition/DefinitionFile.h"
+#include "gui/layoutwindow/LayoutWindow.h"
 #include "gui/main/DesignerWindow.h"
 #include "gui/main/MainWindow.h"
 
@@ -20,11 +22,14 @@
 #include <QAbstractScrollArea>
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QListView>
+#include <QMimeData>
 #include <QTemporaryDir>
 #include <QTimer>
 
 #include <cstdio>
 #include <functional>
+#include <memory>
 #include <vector>
 
 using namespace tabulor;
@@ -101,6 +106,18 @@ double blockedBy(StallMonitor& monitor, const std::function<void()>& step)
     return monitor.longest();
 }
 
+// Drags a field by name out of one list of the layout window and drops it at the top of
+// another, through the lists' models as a drop on the view does.
+void dropField(LayoutWindow& layout, LayoutList from, const QString& name, LayoutList to)
+{
+    QAbstractItemModel& source = *layout.listView(from)->model();
+    const QModelIndexList found =
+        source.match(source.index(0, 0), Qt::DisplayRole, name, 1, Qt::MatchExactly);
+    const std::unique_ptr<QMimeData> data(source.mimeData(found));
+    if (!layout.listView(to)->model()->dropMimeData(data.get(), Qt::MoveAction, 0, 0, {}))
+        std::fprintf(stderr, "the drop of %s moved nothing\n", qPrintable(name));
+}
+
 // A report over the source as the designer makes one: every field, the first text field
 // grouping, the rest in the details.
 QString writeDefinition(const QDir& folder, const QString& database, const QString& source)
@@ -138,7 +155,7 @@ int main(int argc, char* argv[])
     const QString definition = writeDefinition(QDir(folder.path()), database, source);
 
     StallMonitor monitor;
-    std::vector<double> opens, switches, painted, groups, resizes;
+    std::vector<double> opens, switches, painted, groups, resizes, toGroups, toDetails;
     for (int i = 0; i < repeats; ++i) {
         Tabulor component;
         component.session().setSettingsPath(folder.filePath(QStringLiteral("settings.ini")));
@@ -183,6 +200,14 @@ int main(int argc, char* argv[])
             session.resizeColumn(session.data().grid().FindGridColumn(QStringLiteral("customer")),
                                  3600);
         }));
+        LayoutWindow& layout = designer->layoutWindow();
+        commands.mOutline_Click();
+        toGroups.push_back(blockedBy(monitor, [&] {
+            dropField(layout, LayoutList::Details, QStringLiteral("customer"), LayoutList::Groups);
+        }));
+        toDetails.push_back(blockedBy(monitor, [&] {
+            dropField(layout, LayoutList::Groups, QStringLiteral("customer"), LayoutList::Details);
+        }));
         session.definition().Dirty = false;
         window.close();
     }
@@ -190,8 +215,10 @@ int main(int argc, char* argv[])
                 "  open report        %7.1f\n"
                 "  switch to preview  %7.1f   first page painted after %.1f\n"
                 "  add a group        %7.1f\n"
-                "  resize a column    %7.1f\n",
+                "  resize a column    %7.1f\n"
+                "  drop into groups   %7.1f\n"
+                "  drop into details  %7.1f\n",
                 repeats, median(opens), median(switches), median(painted), median(groups),
-                median(resizes));
+                median(resizes), median(toGroups), median(toDetails));
     return 0;
 }

@@ -3,8 +3,9 @@
 // is, and the longest stretch in which the loop did not come round (from the moment it woke
 // until it was ready to wait again) is the step's blocked time. Prints the medians over the
 // repeats of: opening a report on the source, switching to the preview (and the time until its
-// first page has been painted), adding a group, resizing a column, and applying the properties
-// dialog (which rebuilds the working view and repaints it).
+// first page has been painted), adding a group, resizing a column, applying the properties
+// dialog (which rebuilds the working view and repaints it), and dropping a field from the
+// details into the groups of the layout window and back.
 //
 // Usage: designer DATABASE SOURCE [REPEATS]
 
@@ -12,6 +13,7 @@
 #include "component/ReportSession.h"
 #include "component/Tabulor.h"
 #include "definition/DefinitionFile.h"
+#include "gui/layoutwindow/LayoutWindow.h"
 #include "gui/main/DesignerWindow.h"
 #include "gui/main/MainWindow.h"
 
@@ -23,11 +25,14 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QElapsedTimer>
+#include <QListView>
+#include <QMimeData>
 #include <QTemporaryDir>
 #include <QTimer>
 
 #include <cstdio>
 #include <functional>
+#include <memory>
 #include <vector>
 
 using namespace tabulor;
@@ -104,6 +109,18 @@ double blockedBy(StallMonitor& monitor, const std::function<void()>& step)
     return monitor.longest();
 }
 
+// Drags a field by name out of one list of the layout window and drops it at the top of
+// another, through the lists' models as a drop on the view does.
+void dropField(LayoutWindow& layout, LayoutList from, const QString& name, LayoutList to)
+{
+    QAbstractItemModel& source = *layout.listView(from)->model();
+    const QModelIndexList found =
+        source.match(source.index(0, 0), Qt::DisplayRole, name, 1, Qt::MatchExactly);
+    const std::unique_ptr<QMimeData> data(source.mimeData(found));
+    if (!layout.listView(to)->model()->dropMimeData(data.get(), Qt::MoveAction, 0, 0, {}))
+        std::fprintf(stderr, "the drop of %s moved nothing\n", qPrintable(name));
+}
+
 // A report over the source as the designer makes one: every field, the first text field
 // grouping, the rest in the details.
 QString writeDefinition(const QDir& folder, const QString& database, const QString& source)
@@ -141,7 +158,7 @@ int main(int argc, char* argv[])
     const QString definition = writeDefinition(QDir(folder.path()), database, source);
 
     StallMonitor monitor;
-    std::vector<double> opens, switches, painted, groups, resizes, applies;
+    std::vector<double> opens, switches, painted, groups, resizes, applies, toGroups, toDetails;
     for (int i = 0; i < repeats; ++i) {
         Tabulor component;
         component.session().setSettingsPath(folder.filePath(QStringLiteral("settings.ini")));
@@ -204,6 +221,14 @@ int main(int argc, char* argv[])
             apply->click();
         }));
         settings->close();
+        LayoutWindow& layout = designer->layoutWindow();
+        commands.mOutline_Click();
+        toGroups.push_back(blockedBy(monitor, [&] {
+            dropField(layout, LayoutList::Details, QStringLiteral("customer"), LayoutList::Groups);
+        }));
+        toDetails.push_back(blockedBy(monitor, [&] {
+            dropField(layout, LayoutList::Groups, QStringLiteral("customer"), LayoutList::Details);
+        }));
         session.definition().Dirty = false;
         window.close();
     }
@@ -212,8 +237,10 @@ int main(int argc, char* argv[])
                 "  switch to preview  %7.1f   first page painted after %.1f\n"
                 "  add a group        %7.1f\n"
                 "  resize a column    %7.1f\n"
-                "  apply settings     %7.1f\n",
+                "  apply settings     %7.1f\n"
+                "  drop into groups   %7.1f\n"
+                "  drop into details  %7.1f\n",
                 repeats, median(opens), median(switches), median(painted), median(groups),
-                median(resizes), median(applies));
+                median(resizes), median(applies), median(toGroups), median(toDetails));
     return 0;
 }

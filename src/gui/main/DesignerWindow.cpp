@@ -4,6 +4,7 @@
 #include "component/ReportSession.h"
 #include "component/Tabulor.h"
 #include "gui/common/WidgetPrompt.h"
+#include "gui/layoutwindow/LayoutWindow.h"
 #include "gui/main/MainWindow.h"
 #include "gui/main/QtPrinterAccess.h"
 #include "gui/properties/SettingsDialog.h"
@@ -33,10 +34,21 @@ DesignerWindow::DesignerWindow(ReportSession& session) : m_session(session)
                          m_settings->openAt(tab, item);
                      });
     m_window->restorePlacement();
+
+    m_layout = new LayoutWindow(session, *m_commands, m_window);
+    session.captions().attach(CaptionWindow::Layout, m_layout->captions());
+    QObject::connect(m_commands.get(), &DesignerCommands::layoutWindowRequested, m_layout,
+                     [this] { m_layout->showBeside(*m_window); });
+    QObject::connect(m_layout, &LayoutWindow::fieldPropertiesRequested, m_commands.get(),
+                     [this](const QString& field) {
+                         Q_EMIT m_commands->propertiesRequested(QStringLiteral("Fields"), field);
+                     });
+    QObject::connect(m_window, &MainWindow::closed, m_layout, &QWidget::hide);
 }
 
 DesignerWindow::~DesignerWindow()
 {
+    m_session.captions().detach(CaptionWindow::Layout, m_layout->captions());
     m_session.captions().detach(CaptionWindow::Main, m_window->captions());
     delete m_settings;
     if (m_prompt)
@@ -64,12 +76,14 @@ PageDocument& DesignerWindow::document()
     return m_commands->document();
 }
 
-void DesignerWindow::show(bool /*showLayoutWindow*/)
+void DesignerWindow::show(bool showLayoutWindow)
 {
     m_open = true;
     m_window->show();
     m_window->raise();
     m_window->activateWindow();
+    if (showLayoutWindow)
+        m_layout->showBeside(*m_window);
 }
 
 void DesignerWindow::reportLoaded()

@@ -9,6 +9,7 @@
 namespace tabulor {
 
 class DesignerCommands;
+class LayoutWindow;
 class MainWindow;
 class QtPrinterAccess;
 class ReportSession;
@@ -25,6 +26,7 @@ public:
 
     MainWindow& window() { return *m_window; }
     DesignerCommands& commands() { return *m_commands; }
+    LayoutWindow& layoutWindow() { return *m_layout; }
 
     void applyAccessMode(const AccessModeActions& actions) override;
     void setToolbarAllowed(bool allowed) override;
@@ -41,6 +43,7 @@ private:
     std::unique_ptr<DesignerCommands> m_commands;
     std::unique_ptr<WidgetPrompt> m_prompt;
     QPointer<MainWindow> m_window;
+    LayoutWindow* m_layout = nullptr;    // a tool window of the main window, which owns it
     QPointer<SettingsDialog> m_settings; // the properties dialog while it is open
     bool m_open = false;
 };

@@ -45,6 +45,9 @@ Designer* Tabulor::Form()
             provider->ensureApplication();
             m_ownDesigner = provider->create(*this);
             setDesigner(m_ownDesigner.get());
+            // The designer's load: the message texts, the built-in and the user's default
+            // look, so that a report started in it has its styles.
+            m_session->loadDesigner();
         }
     }
     return m_designer;

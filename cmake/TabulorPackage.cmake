@@ -75,3 +75,8 @@ install(FILES ${CMAKE_CURRENT_LIST_DIR}/tabulor.desktop
 install(FILES ${CMAKE_CURRENT_LIST_DIR}/tabulor-mime.xml
     DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages
     RENAME tabulor.xml)
+
+# The translations of the messages and windows, one folder a language; the user's locale picks
+# one when no string file is given.
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/share/tabulor/
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/tabulor)

@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLatin1String>
+#include <QLocale>
 
 #include <dlfcn.h>
 
@@ -116,11 +117,26 @@ QString StringTable::defaultFilePath()
 {
     if (qEnvironmentVariableIsSet("TABULOR_STRINGS"))
         return qEnvironmentVariable("TABULOR_STRINGS");
-    for (const QString& folder : {codeFolder(), QStringLiteral(TABULOR_DATADIR)}) {
+    return findStringFile({codeFolder(), QStringLiteral(TABULOR_DATADIR)},
+                          QStringLiteral(TABULOR_DATADIR), QLocale());
+}
+
+QString StringTable::findStringFile(const QStringList& folders, const QString& translations,
+                                    const QLocale& locale)
+{
+    for (const QString& folder : folders) {
         if (folder.isEmpty())
             continue;
         const QString path = QDir(folder).filePath(QLatin1String(kFileName));
         if (QFileInfo(path).isFile())
+            return path;
+    }
+    // A translation shipped for the user's language: de_CH looks for de_CH, then de.
+    const QString name = locale.name();
+    for (const QString& language : {name, name.section(u'_', 0, 0)}) {
+        const QString path =
+            QDir(translations).filePath(language + u'/' + QLatin1String(kFileName));
+        if (!language.isEmpty() && QFileInfo(path).isFile())
             return path;
     }
     return {};

@@ -1,9 +1,12 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <array>
 #include <optional>
+
+class QLocale;
 
 namespace tabulor {
 
@@ -64,8 +67,13 @@ public:
     QString filePath() const { return m_filePath; }
     void setFilePath(const QString& path) { m_filePath = path; }
     // TABULOR_STRINGS, else Kestrel.str in the folder of the library file, else in the
-    // installed share folder; empty when none of them exists.
+    // installed share folder, else the translation shipped for the user's language; empty
+    // when none of them exists.
     static QString defaultFilePath();
+    // Kestrel.str in the first of folders that holds one, else the translation that the folder
+    // translations holds for locale's language (translations/de/Kestrel.str); empty for none.
+    static QString findStringFile(const QStringList& folders, const QString& translations,
+                                  const QLocale& locale);
 
     // Resets the message texts to the built-in ones and reads the string file over them. With
     // applyCaptions the caption keys are handed to the windows registered in captions.

@@ -1,9 +1,13 @@
 #include "localisation/StringTable.h"
 
+#include "localisation/CaptionKeys.h"
+
 #include "TestSupport.h"
 
 #include <QDir>
 #include <QFile>
+#include <QLocale>
+#include <QSet>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -245,6 +249,64 @@ TEST(StringFilePath, FileBesideTheLibraryIsFound)
     const QString withIt = StringTable::defaultFilePath();
     QFile::remove(path);
     EXPECT_EQ(withIt, path);
+}
+
+TEST(StringFilePath, TheUsersLanguagePicksAShippedTranslationUnlessAFileIsGiven)
+{
+    QTemporaryDir beside;
+    QTemporaryDir shipped;
+    ASSERT_TRUE(QDir(shipped.path()).mkpath(QStringLiteral("de")));
+    ASSERT_TRUE(QDir(shipped.path()).mkpath(QStringLiteral("fr_CA")));
+    test::writeBytes(shipped.filePath(QStringLiteral("de/Kestrel.str")), "*UNTITLED\nUnbenannt\n");
+    test::writeBytes(shipped.filePath(QStringLiteral("fr_CA/Kestrel.str")),
+                     "*UNTITLED\nSans nom\n");
+    const auto find = [&](const char* locale) {
+        return StringTable::findStringFile({beside.path()}, shipped.path(),
+                                           QLocale(QString::fromLatin1(locale)));
+    };
+    EXPECT_EQ(find("de_CH"), shipped.filePath(QStringLiteral("de/Kestrel.str")));
+    EXPECT_EQ(find("fr_CA"), shipped.filePath(QStringLiteral("fr_CA/Kestrel.str")));
+    EXPECT_EQ(find("fr_FR"), QString()) << "only Canada has French here";
+    EXPECT_EQ(find("C"), QString());
+
+    test::writeBytes(beside.filePath(QStringLiteral("Kestrel.str")), "*UNTITLED\nOhne Titel\n");
+    EXPECT_EQ(find("de_DE"), beside.filePath(QStringLiteral("Kestrel.str")));
+}
+
+// Every shipped translation names each message and caption key once and no other key, so that
+// nothing is left in English and no key is misspelt.
+TEST(ShippedTranslations, EveryKeyIsTranslatedAndTheFileReadsWithoutFault)
+{
+    QSet<QString> known;
+    for (int i = 0; i < kMessageCount; ++i)
+        known.insert(StringTable::keyName(static_cast<Message>(i)));
+    for (const CaptionKey& key : captionKeys())
+        known.insert(QString::fromLatin1(key.name.data(), qsizetype(key.name.size())));
+
+    for (const char* language : {"de", "fr"}) {
+        SCOPED_TRACE(language);
+        const QString path = StringTable::findStringFile(
+            {}, QStringLiteral(TABULOR_TRANSLATIONS_DIR), QLocale(QString::fromLatin1(language)));
+        ASSERT_FALSE(path.isEmpty());
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        QSet<QString> named;
+        for (const QByteArray& line : file.readAll().split('\n')) {
+            if (line.startsWith('*')) {
+                const QString key = QString::fromUtf8(line.mid(1)).trimmed();
+                EXPECT_TRUE(known.contains(key)) << "unknown key " << key.toStdString();
+                EXPECT_FALSE(named.contains(key)) << "twice: " << key.toStdString();
+                named.insert(key);
+            }
+        }
+        EXPECT_EQ(named, known);
+
+        StringTable table;
+        table.setFilePath(path);
+        EXPECT_EQ(table.LoadStrings(false), std::nullopt);
+        EXPECT_NE(table.text(Message::UNTITLED), StringTable::builtInText(Message::UNTITLED));
+        EXPECT_TRUE(table.text(Message::DEFHEADER).contains(QStringLiteral("<p>")));
+    }
 }
 
 } // namespace

@@ -12,8 +12,7 @@ int runDesign(const QStringList& arguments)
 {
     QCommandLineParser parser;
     const QCommandLineOption access(QStringLiteral("access"), QString(),
-                                    QStringLiteral("use|modify|create"),
-                                    QStringLiteral("create"));
+                                    QStringLiteral("use|modify|create"), QStringLiteral("create"));
     const QCommandLineOption noToolbar(QStringLiteral("no-toolbar"));
     const QCommandLineOption layout(QStringLiteral("layout"));
     parser.addOptions({access, noToolbar, layout});

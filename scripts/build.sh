@@ -1,14 +1,13 @@
 #!/usr/bin/env bash
-# Configures and builds one tree: build/ normally, build-sanitize/ with --sanitize.
+# Configures and builds one tree through the CMake presets: build/ (preset dev) normally,
+# build-sanitize/ (preset dev-asan) with --sanitize.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-dir=build
-flags=(-DCMAKE_BUILD_TYPE=RelWithDebInfo)
+preset=dev
 if [ "${1:-}" = "--sanitize" ]; then
-    dir=build-sanitize
-    flags=(-DCMAKE_BUILD_TYPE=Debug -DTABULOR_SANITIZE=ON)
+    preset=dev-asan
 fi
 
-cmake -S . -B "$dir" -G Ninja "${flags[@]}" >/dev/null
-cmake --build "$dir" -j "$(nproc)"
+cmake --preset "$preset" >/dev/null
+cmake --build --preset "$preset" -j "$(nproc)"

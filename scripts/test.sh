@@ -1,18 +1,61 @@
 #!/usr/bin/env bash
-# Installs, builds and runs every test: the normal build, then the same tests built with
-# AddressSanitizer and UndefinedBehaviorSanitizer.
+# Installs, checks the formatting, builds and runs every test: the normal build, then the same
+# tests built with AddressSanitizer and UndefinedBehaviorSanitizer. A formatting fault is told
+# at once but fails the run only at the end, so that it never hides what the tests say.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh
 
-export QT_QPA_PLATFORM=offscreen
-export LSAN_OPTIONS="suppressions=$PWD/tests/lsan.supp:print_suppressions=0"
+# Every tracked C and C++ file, not only the ones changed: on a fresh clone nothing is changed,
+# and checking them all takes seconds.
+unformatted=()
+check_formatting() {
+    if ! command -v clang-format >/dev/null; then
+        echo "clang-format is not installed (apt-get install clang-format)" >&2
+        return 1
+    fi
+    local files=() output
+    if git rev-parse --is-inside-work-tree >/dev/null 2>&1; then
+        mapfile -t files < <(git ls-files '*.h' '*.cpp' '*.c')
+    else
+        mapfile -t files < <(find bench examples sample src tests -name '*.h' -o -name '*.cpp' -o -name '*.c')
+    fi
+    if output=$(clang-format --dry-run --Werror "${files[@]}" 2>&1); then
+        echo "== formatting: all ${#files[@]} C and C++ files as clang-format writes them"
+        return 0
+    fi
+    mapfile -t unformatted < <(sed -n 's/^\(.*\):[0-9]*:[0-9]*: error: code should be clang-formatted.*/\1/p' \
+        <<<"$output" | sort -u)
+    if [ ${#unformatted[@]} -eq 0 ]; then
+        echo "$output" >&2 # clang-format itself failed
+    fi
+    return 1
+}
+report_formatting() {
+    if [ ${#unformatted[@]} -gt 0 ]; then
+        echo "Not formatted as .clang-format says: ${unformatted[*]}" >&2
+        echo "Fix with: clang-format -i $(printf '%q ' "${unformatted[@]}")" >&2
+    else
+        echo "The formatting could not be checked; see above." >&2
+    fi
+}
+
 status=0
+formatted=1
+if ! check_formatting; then
+    formatted=0
+    status=1
+    report_formatting
+fi
+
+# scripts/build.sh builds build/ through the preset dev, and build-sanitize/ through dev-asan.
 for variant in "" --sanitize; do
+    preset=dev
+    [ -n "$variant" ] && preset=dev-asan
     scripts/build.sh $variant
-    dir=build
-    [ -n "$variant" ] && dir=build-sanitize
-    echo "== tests in $dir"
-    ctest --test-dir "$dir" --output-on-failure -j "$(nproc)" || status=1
+    echo "== tests of preset $preset"
+    ctest --preset "$preset" -j "$(nproc)" || status=1
 done
+
+[ $formatted -eq 1 ] || report_formatting
 exit $status

@@ -79,6 +79,10 @@ bool loadDefinition(ReportSession& session, const QString& path,
     session.loadDesigner();
     if (session.OpenReportFile(path, database))
         return true;
+    if (const auto& unreadable = session.lastFileError()) {
+        printError(QStringLiteral("tabulor: ") + *unreadable);
+        return false;
+    }
     session.tellUser(session.invalidFileMessage(path));
     if (const auto& fault = session.lastReadError())
         printError(fault->message());

@@ -73,12 +73,8 @@ void ReportSession::ResetDefinition()
 void ReportSession::loadDesigner()
 {
     applyDefaultLook();
-    if (const auto fault = m_strings.LoadStrings(false)) {
-        tellUser(QStringLiteral("%1: the key '%2' on line %3 has no value.")
-                     .arg(m_strings.filePath(), fault->key)
-                     .arg(fault->line),
-                 PromptIcon::Warning);
-    }
+    if (const auto fault = m_strings.LoadStrings(false))
+        tellUser(fault->message(m_strings.filePath()), PromptIcon::Warning);
 }
 
 void ReportSession::applyDefaultLook()
@@ -88,8 +84,13 @@ void ReportSession::applyDefaultLook()
                                                   m_strings.text(Message::DEFFOOTER)});
     QString error;
     const auto settings = ProfileFile::read(m_settingsPath, &error);
-    if (!settings)
-        return; // no settings file: the built-in look stands
+    if (!settings) {
+        // No settings file: the built-in look stands. One that is there but cannot be read
+        // (a folder, a pipe, a huge file) is worth a word.
+        if (QFileInfo::exists(m_settingsPath))
+            tellUser(error + QStringLiteral("; the built-in style is used."), PromptIcon::Warning);
+        return;
+    }
     QString badKey;
     if (!LoadDefaultStyle(m_definition, *settings, &badKey)) {
         tellUser(QStringLiteral("%1: %2 holds a value that is not valid; the default style was "
@@ -102,10 +103,14 @@ void ReportSession::applyDefaultLook()
 bool ReportSession::SaveDefaultStyle()
 {
     QString error;
-    ProfileFile settings = ProfileFile::read(m_settingsPath, &error).value_or(ProfileFile());
+    std::optional<ProfileFile> read = ProfileFile::read(m_settingsPath, &error);
+    // A settings file that is there but cannot be read is not replaced by one that would
+    // hold nothing but the style.
+    const bool unreadable = !read && QFileInfo::exists(m_settingsPath);
+    ProfileFile settings = std::move(read).value_or(ProfileFile());
     tabulor::SaveDefaultStyle(m_definition, settings);
     const QString folder = QFileInfo(m_settingsPath).absolutePath();
-    if (!QDir().mkpath(folder) || !settings.write(m_settingsPath, &error)) {
+    if (unreadable || !QDir().mkpath(folder) || !settings.write(m_settingsPath, &error)) {
         tellUser(QStringLiteral("Could not save the default style to %1: %2")
                      .arg(quoted(m_settingsPath), error),
                  PromptIcon::Warning);
@@ -117,10 +122,13 @@ bool ReportSession::SaveDefaultStyle()
 bool ReportSession::OpenReportFile(const QString& path, const std::optional<QString>& database)
 {
     m_lastReadError.reset();
+    m_lastFileError.reset();
     QString error;
     const auto file = ProfileFile::read(path, &error);
-    if (!file)
+    if (!file) {
+        m_lastFileError = error;
         return false;
+    }
     if (ReadFileValue(*file, u"General", u"Version").isEmpty())
         return false;
 

@@ -69,6 +69,9 @@ public:
                                       const std::optional<QString>& database = std::nullopt);
     // Why the last OpenReportFile failed on a value, if it did.
     const std::optional<DefinitionReadError>& lastReadError() const { return m_lastReadError; }
+    // Why the last OpenReportFile could not read the file at all (it does not exist, is no
+    // regular file or is too large), if that was why it failed.
+    const std::optional<QString>& lastFileError() const { return m_lastFileError; }
 
     // Saves the definition; on failure the user is told and false returned.
     [[nodiscard]] bool saveReportFile(const QString& path);
@@ -150,6 +153,7 @@ private:
     QString m_settingsPath;
     qint32 m_accessMode = 0;
     std::optional<DefinitionReadError> m_lastReadError;
+    std::optional<QString> m_lastFileError;
     QCollator m_collator;
     std::function<void()> m_eventPump;
     std::function<QDateTime()> m_clock = [] { return QDateTime::currentDateTime(); };

@@ -129,6 +129,25 @@ TEST_F(CommandLineTest, ABrokenDefinitionExitsWithTheMessageAndThePath)
     EXPECT_FALSE(QFile::exists(target));
 }
 
+// A definition that cannot be read at all says why at once: a device is not read until the
+// memory runs out, and a missing file is not called invalid.
+TEST_F(CommandLineTest, AnUnreadableDefinitionSaysWhyAtOnce)
+{
+    const QString missing = dir.filePath(QStringLiteral("missing.vrd"));
+    const std::pair<QString, QString> cases[] = {
+        {missing, QStringLiteral("tabulor: '%1' does not exist\n").arg(missing)},
+        {QStringLiteral("/dev/zero"),
+         QStringLiteral("tabulor: '/dev/zero' is not a regular file (it is a device, pipe or "
+                        "socket)\n")},
+        {dir.path(), QStringLiteral("tabulor: '%1' is a folder, not a file\n").arg(dir.path())},
+    };
+    for (const auto& [path, message] : cases) {
+        const ToolRun r = run({QStringLiteral("info"), path});
+        EXPECT_EQ(r.status, 1);
+        EXPECT_EQ(r.err, message);
+    }
+}
+
 TEST_F(CommandLineTest, SourcesListsTablesWithTheirKind)
 {
     const ToolRun r =

@@ -5,6 +5,8 @@
 #include "ScriptedPrompt.h"
 #include "TestSupport.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -189,8 +191,15 @@ TEST_F(ReportSessionTest, FilesThatAreNoDefinitionsFail)
         EXPECT_EQ(session.definition(), before) << name;
     }
     EXPECT_EQ(session.lastReadError()->key, QStringLiteral("Width"));
-    // A folder is no file either.
+    EXPECT_FALSE(session.lastFileError());
+    // A folder is no file either, and what could not be read at all is told apart from what
+    // is no definition.
     EXPECT_FALSE(session.OpenReportFile(dir.path()));
+    EXPECT_EQ(session.lastFileError(),
+              QStringLiteral("'%1' is a folder, not a file").arg(dir.path()));
+    EXPECT_FALSE(session.OpenReportFile(dir.filePath(QStringLiteral("missing.vrd"))));
+    EXPECT_TRUE(session.lastFileError()->endsWith(QStringLiteral("does not exist")));
+    EXPECT_FALSE(session.lastReadError());
 }
 
 TEST(PlacingFields, TakesTheExactNameAndKeepsUnknownOnes)
@@ -229,6 +238,21 @@ TEST_F(ReportSessionTest, TheDefaultLookIsKeptInTheSettingsFileBesideOtherKeys)
     EXPECT_EQ(other.definition().styles[StyleDetailBody].FontName, QStringLiteral("DejaVu Serif"));
     EXPECT_EQ(other.definition().global.Columns, QStringLiteral("3"));
     EXPECT_TRUE(readBytes(session.settingsPath()).startsWith("[mru]\r\n0file=/reports/a.vrd\r\n"));
+}
+
+// A settings file that is there but cannot be read (here a folder) is told, and saving the
+// default style does not put a file of nothing but the style in its place.
+TEST_F(ReportSessionTest, AnUnreadableSettingsFileIsToldAndNotReplaced)
+{
+    ASSERT_TRUE(QDir().mkdir(session.settingsPath()));
+    prompt.messages.clear();
+    session.applyDefaultLook();
+    ASSERT_EQ(prompt.messages.size(), 1);
+    EXPECT_EQ(prompt.messages.first(),
+              QStringLiteral("'%1' is a folder, not a file; the built-in style is used.")
+                  .arg(session.settingsPath()));
+    EXPECT_FALSE(session.SaveDefaultStyle());
+    EXPECT_TRUE(QFileInfo(session.settingsPath()).isDir());
 }
 
 TEST_F(ReportSessionTest, RequestsDuringARebuildGiveExactlyOneMorePass)

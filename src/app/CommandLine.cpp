@@ -1,5 +1,6 @@
 #include "app/CommandLine.h"
 
+#include "component/MissingObjects.h"
 #include "component/ReportSession.h"
 
 #include <QFileInfo>
@@ -87,6 +88,17 @@ bool loadDefinition(ReportSession& session, const QString& path,
     if (const auto& fault = session.lastReadError())
         printError(fault->message());
     return false;
+}
+
+bool printMissingObjects(const ReportSession& session, const QString& path, bool asWarnings)
+{
+    const QStringList missing = missingObjects(session);
+    const QString prefix =
+        QStringLiteral("tabulor: %1%2: ")
+            .arg(asWarnings ? QStringLiteral("warning: ") : QString(), QFileInfo(path).fileName());
+    for (const QString& message : missing)
+        printError(prefix + message);
+    return !missing.isEmpty();
 }
 
 } // namespace tabulor::cli

@@ -155,6 +155,7 @@ int runInfo(const QStringList& arguments)
     ReportSession session;
     if (!loadDefinition(session, path))
         return kExitFailed;
+    printMissingObjects(session, path, /*asWarnings=*/true);
     if (parser.isSet(all)) {
         session.data().setUnlimitedRows(true);
         session.data().LoadRowsIntoGrid();

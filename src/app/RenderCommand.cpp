@@ -93,7 +93,10 @@ int runRender(const QStringList& arguments)
     }
 
     ReportSession session;
-    if (!loadDefinition(session, path, newDatabase))
+    // A report without its record source or some of its fields is not produced: the file at
+    // -o stays as it was.
+    if (!loadDefinition(session, path, newDatabase) ||
+        printMissingObjects(session, path, /*asWarnings=*/false))
         return kExitFailed;
     session.definition().CurrentFileName = path;
 

@@ -48,10 +48,10 @@ protected:
         ASSERT_TRUE(WriteReportFile(d, definition, &error));
     }
 
-    ToolRun run(const QStringList& arguments)
+    ToolRun run(const QStringList& arguments,
+                QProcessEnvironment environment = QProcessEnvironment::systemEnvironment())
     {
         QProcess process;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("TABULOR_SETTINGS"),
                            dir.filePath(QStringLiteral("settings.ini")));
         process.setProcessEnvironment(environment);
@@ -146,6 +146,46 @@ TEST_F(CommandLineTest, AnUnreadableDefinitionSaysWhyAtOnce)
         EXPECT_EQ(r.status, 1);
         EXPECT_EQ(r.err, message);
     }
+}
+
+// A definition whose record source or fields are gone is not rendered or printed (the file
+// at -o stays as it was, the printer is not asked for), and info warns of it.
+TEST_F(CommandLineTest, MissingSourcesAndFieldsStopTheReportAndInfoWarns)
+{
+    const QByteArray original = readBytes(definition);
+    const QString noSource = dir.filePath(QStringLiteral("no-source.vrd"));
+    writeBytes(noSource,
+               QByteArray(original).replace("RecordSource = Track", "RecordSource = Gone"));
+    const QString noField = dir.filePath(QStringLiteral("no-field.vrd"));
+    writeBytes(noField, QByteArray(original).replace("Milliseconds", "Seconds"));
+    const QString pdf = dir.filePath(QStringLiteral("kept.pdf"));
+    writeBytes(pdf, "an earlier report");
+
+    const ToolRun source = run({QStringLiteral("render"), noSource, QStringLiteral("-o"), pdf});
+    EXPECT_EQ(source.status, 1);
+    EXPECT_TRUE(source.err.startsWith(
+        QStringLiteral("tabulor: no-source.vrd: the record source 'Gone' cannot be opened in "
+                       "'sqlite_Chinook.sqlite'")))
+        << source.err.toStdString();
+
+    const ToolRun field = run({QStringLiteral("render"), noField, QStringLiteral("-o"), pdf});
+    EXPECT_EQ(field.status, 1);
+    EXPECT_EQ(field.err, QStringLiteral("tabulor: no-field.vrd: Details names the field "
+                                        "'Seconds', which the record source 'Track' does not "
+                                        "have\n"));
+    EXPECT_EQ(readBytes(pdf), QByteArray("an earlier report"));
+
+    QProcessEnvironment noServer = QProcessEnvironment::systemEnvironment();
+    noServer.insert(QStringLiteral("CUPS_SERVER"), dir.filePath(QStringLiteral("no-cups.sock")));
+    const ToolRun printed = run({QStringLiteral("print"), noField}, noServer);
+    EXPECT_EQ(printed.status, 1);
+    EXPECT_EQ(printed.err, field.err);
+
+    const ToolRun info = run({QStringLiteral("info"), noField});
+    EXPECT_EQ(info.status, 0);
+    EXPECT_TRUE(info.err.startsWith(
+        QStringLiteral("tabulor: warning: no-field.vrd: Details names the field 'Seconds'")));
+    EXPECT_TRUE(info.out.contains(QStringLiteral("Details:          Name, Seconds")));
 }
 
 TEST_F(CommandLineTest, SourcesListsTablesWithTheirKind)

@@ -1,4 +1,5 @@
 #include "component/ReportSession.h"
+#include "component/MissingObjects.h"
 #include "production/grid/ReportGridBuilder.h"
 
 #include "MemoryRecordset.h"
@@ -238,6 +239,31 @@ TEST_F(ReportSessionTest, TheDefaultLookIsKeptInTheSettingsFileBesideOtherKeys)
     EXPECT_EQ(other.definition().styles[StyleDetailBody].FontName, QStringLiteral("DejaVu Serif"));
     EXPECT_EQ(other.definition().global.Columns, QStringLiteral("3"));
     EXPECT_TRUE(readBytes(session.settingsPath()).startsWith("[mru]\r\n0file=/reports/a.vrd\r\n"));
+}
+
+// The designer opens a definition whose record source or fields are gone and shows what is
+// left (nothing, without the source); what is missing is named for whoever wants to refuse it.
+TEST_F(ReportSessionTest, ADefinitionWithMissingObjectsOpensAndNamesThem)
+{
+    ReportDefinition d = invoices();
+    d.groups = {QStringLiteral("Region")};
+    ASSERT_TRUE(session.OpenReportFile(writeDefinition(d, QStringLiteral("region.vrd"))));
+    EXPECT_EQ(missingObjects(session),
+              QStringList{QStringLiteral("Groups names the field 'Region', which the record "
+                                         "source 'Invoice' does not have")});
+    EXPECT_GT(session.data().grid().recordCount(), 0);
+
+    d.RecordSource = QStringLiteral("Invoices");
+    ASSERT_TRUE(session.OpenReportFile(writeDefinition(d, QStringLiteral("invoices2.vrd"))));
+    EXPECT_EQ(session.data().grid().recordCount(), 0);
+    const QStringList missing = missingObjects(session);
+    ASSERT_EQ(missing.size(), 1);
+    EXPECT_TRUE(missing.first().startsWith(QStringLiteral(
+        "the record source 'Invoices' cannot be opened in 'sqlite_Chinook.sqlite': ")))
+        << missing.first().toStdString();
+
+    ASSERT_TRUE(session.OpenReportFile(definitionPath));
+    EXPECT_TRUE(missingObjects(session).isEmpty());
 }
 
 // A settings file that is there but cannot be read (here a folder) is told, and saving the

@@ -37,7 +37,7 @@ QString usageText()
         "  tabulor sources DATABASE [--kind]\n"
         "      Lists the tables, views and queries a report can use, one a line; with --kind\n"
         "      each line is the kind, a tab and the name.\n"
-        "  tabulor --help\n"
+        "  tabulor --help | --version\n"
         "\n"
         "A database is a file path (SQLite) or a server URI.\n"
         "Settings: $XDG_CONFIG_HOME/tabulor/tabulor.ini, or the file TABULOR_SETTINGS names.\n"

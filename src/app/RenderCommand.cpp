@@ -64,7 +64,7 @@ int runRender(const QStringList& arguments)
     if (!dpiOk || dotsPerInch < 10 || dotsPerInch > 1200)
         return usageError(QStringLiteral("--dpi takes a resolution from 10 to 1200"));
     int first = 1;
-    int last = std::numeric_limits<int>::max();
+    int last = PngOutput::kLastPage;
     if (!pageRange(parser.value(pages), &first, &last))
         return usageError(QStringLiteral("--pages takes a page or a range such as 2-5"));
 
@@ -120,7 +120,10 @@ int runRender(const QStringList& arguments)
     if (!exportReport(session, document, targets, &error)) {
         if (!document.stopped())
             printError(QStringLiteral("tabulor: ") + error);
-        return kExitFailed;
+        // Pages beyond the report's end are a wrong argument, known only now.
+        const bool pagesBeyondEnd = png && last != PngOutput::kLastPage &&
+                                    last > document.PageCount() && !document.stopped();
+        return pagesBeyondEnd ? kExitUsage : kExitFailed;
     }
     if (printerOutput)
         printOut(QStringLiteral("%1: %2 page(s) sent to %3")

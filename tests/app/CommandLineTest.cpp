@@ -209,7 +209,12 @@ TEST_F(CommandLineTest, BadArgumentsPrintUsage)
          {QStringList{}, QStringList{QStringLiteral("frobnicate")},
           QStringList{QStringLiteral("info")},
           QStringList{QStringLiteral("info"), definition, QStringLiteral("--bogus")},
-          QStringList{QStringLiteral("save"), definition}}) {
+          QStringList{QStringLiteral("save"), definition},
+          QStringList{QStringLiteral("info"), definition, QStringLiteral("--rows"),
+                      QStringLiteral("-1")},
+          QStringList{QStringLiteral("render"), definition, QStringLiteral("-o"),
+                      QStringLiteral("p.png"), QStringLiteral("--pages"), QStringLiteral("3-2")},
+          QStringList{QStringLiteral("print"), definition, QStringLiteral("-P"), QString()}}) {
         const ToolRun r = run(arguments);
         EXPECT_EQ(r.status, 2) << arguments.join(u' ').toStdString();
         EXPECT_TRUE(r.err.contains(QStringLiteral("Usage:")));
@@ -217,6 +222,36 @@ TEST_F(CommandLineTest, BadArgumentsPrintUsage)
     const ToolRun help = run({QStringLiteral("--help")});
     EXPECT_EQ(help.status, 0);
     EXPECT_TRUE(help.out.contains(QStringLiteral("tabulor info FILE.vrd")));
+    const ToolRun version = run({QStringLiteral("--version")});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("^tabulor \\d+\\.\\d+\\.\\d+\n$"))
+                    .match(version.out)
+                    .hasMatch())
+        << version.out.toStdString();
+}
+
+// Pages beyond the report's end are only known once it is laid out; they are refused as a
+// wrong argument and no image is written.
+TEST_F(CommandLineTest, PagesBeyondTheReportAreRefused)
+{
+    const QString pattern = dir.filePath(QStringLiteral("page-%d.png"));
+    const ToolRun r = run({QStringLiteral("render"), definition, QStringLiteral("-o"), pattern,
+                           QStringLiteral("--pages"), QStringLiteral("1-5000")});
+    EXPECT_EQ(r.status, 2);
+    EXPECT_TRUE(r.err.contains(QStringLiteral("page 5000 was asked for, and the report has ")))
+        << r.err.toStdString();
+    EXPECT_FALSE(QFile::exists(dir.filePath(QStringLiteral("page-1.png"))));
+}
+
+TEST_F(CommandLineTest, NoPrintServerIsToldAsSuch)
+{
+    QProcessEnvironment noServer = QProcessEnvironment::systemEnvironment();
+    noServer.insert(QStringLiteral("CUPS_SERVER"), dir.filePath(QStringLiteral("no-cups.sock")));
+    const ToolRun r = run({QStringLiteral("print"), definition}, noServer);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_TRUE(
+        r.err.startsWith(QStringLiteral("tabulor: cannot print: no print server answers at ")))
+        << r.err.toStdString();
 }
 
 TEST_F(CommandLineTest, NewMakesADefinitionWhoseRowsInfoShows)

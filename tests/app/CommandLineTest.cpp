@@ -280,11 +280,18 @@ TEST_F(CommandLineTest, NewMakesADefinitionWhoseRowsInfoShows)
     EXPECT_EQ(fields[6][QStringLiteral("Aggregate")].toInt(), 1);
     EXPECT_EQ(fields[2][QStringLiteral("Sort")].toInt(), 2);
 
-    // Every order once, seven regions, each closed by a row with its total.
+    // The column title row first, as on paper; then every order once, seven regions, each
+    // closed by a row with its total.
     const QJsonArray rows = json[QStringLiteral("Rows")].toArray();
+    ASSERT_FALSE(rows.isEmpty());
+    EXPECT_EQ(rows[0][QStringLiteral("Style")].toString(), QStringLiteral("Detail Title"));
+    EXPECT_EQ(rows[0][QStringLiteral("Cells")].toArray(),
+              QJsonArray::fromStringList(
+                  {QStringLiteral("Region"), QStringLiteral("Customer"), QStringLiteral("Sales")}));
     int records = 0;
     QStringList closing;
-    for (const QJsonValue& row : rows) {
+    for (qsizetype i = 1; i < rows.size(); ++i) {
+        const QJsonValue row = rows[i];
         if (!row[QStringLiteral("Outline")].toBool()) {
             ++records;
             continue;

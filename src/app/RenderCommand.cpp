@@ -100,6 +100,9 @@ int runRender(const QStringList& arguments)
         return kExitFailed;
     session.definition().CurrentFileName = path;
 
+    QObject::connect(&session, &ReportSession::renderWarning, [&title](const QString& text) {
+        printError(QStringLiteral("tabulor: warning: %1: %2").arg(title, text));
+    });
     // Progress on a terminal only, so that scripts see nothing but what goes wrong.
     if (isatty(fileno(stderr))) {
         QObject::connect(&session, &ReportSession::pageStarted, [&session](int page) {

@@ -369,6 +369,7 @@ void ReportSession::renderRows(PageDocument& document, BodyRows& rows)
     context.clock = m_clock;
     context.locale = FormatLocale::fromQLocale(QLocale());
     ReportRenderer renderer(m_definition, m_data.grid(), context);
+    renderer.setWarningHandler([this](const QString& text) { Q_EMIT renderWarning(text); });
 
     const PageHook progress = document.addNewPageHook([this](PageDocument& d) {
         Q_EMIT pageStarted(d.PageCount());

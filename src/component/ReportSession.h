@@ -129,6 +129,10 @@ Q_SIGNALS:
     // Rendering began a page (1-based) and, once it has ended, finished the document.
     void pageStarted(int page);
     void reportFinished(int pageCount);
+    // Something the user should know about the report being rendered, which does not stop
+    // it: a value that cannot be laid out and what is used instead. The designer shows it in
+    // its status line, the command line on standard error.
+    void renderWarning(const QString& text);
 
 private:
     // RenderReport with the body rows given.

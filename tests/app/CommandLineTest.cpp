@@ -188,6 +188,16 @@ TEST_F(CommandLineTest, MissingSourcesAndFieldsStopTheReportAndInfoWarns)
     EXPECT_TRUE(info.out.contains(QStringLiteral("Details:          Name, Seconds")));
 }
 
+TEST_F(CommandLineTest, ValuesThatCannotBeLaidOutAreRenderedWithAWarning)
+{
+    writeBytes(definition, readBytes(definition).replace("Left =  1440 ", "Left = -100"));
+    const ToolRun r = run({QStringLiteral("render"), definition, QStringLiteral("-o"),
+                           dir.filePath(QStringLiteral("report.pdf"))});
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.err, QStringLiteral("tabulor: warning: tracks.vrd: [GlobalInfo] Left = -100 "
+                                    "cannot be laid out; 0 is used\n"));
+}
+
 TEST_F(CommandLineTest, SourcesListsTablesWithTheirKind)
 {
     const ToolRun r =

@@ -1,6 +1,7 @@
 #include "production/report/ReportRenderer.h"
 
 #include "production/report/GridBodyRows.h"
+#include "production/report/LayoutLimits.h"
 #include "production/report/ReportColumns.h"
 #include "production/richtext/RtfReader.h"
 
@@ -41,6 +42,9 @@ void ReportRenderer::RenderReport(PageDocument& document, BodyRows& rows)
         if (d.OverlayHeadersAndFooters)
             OverlayHeadersAndFooters(d);
     });
+    PageSetup oriented = document.setup();
+    oriented.orientation = m_definition.global.Orientation;
+    m_definition = layoutableDefinition(m_definition, oriented.pageSize(), m_warn);
     const GlobalSettings& g = m_definition.global;
     m_hasRows = !rows.empty();
     if (!m_hasRows) {

@@ -198,6 +198,25 @@ TEST_F(CommandLineTest, ValuesThatCannotBeLaidOutAreRenderedWithAWarning)
                                     "cannot be laid out; 0 is used\n"));
 }
 
+// A face that is not installed and characters no font has are told once each, however often
+// they are drawn.
+TEST_F(CommandLineTest, MissingFontsAndCharactersAreToldOnce)
+{
+    QByteArray bytes = readBytes(definition);
+    bytes.replace("FontName = Tahoma", "FontName = No Such Face 1234");
+    bytes.replace("ReportTitle = Tracks", "ReportTitle = Tracks \xF0\x92\x80\x80");
+    writeBytes(definition, bytes);
+    const ToolRun r = run({QStringLiteral("render"), definition, QStringLiteral("-o"),
+                           dir.filePath(QStringLiteral("report.pdf"))});
+    EXPECT_EQ(r.status, 0);
+    const QStringList lines = r.err.split(u'\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 2) << r.err.toStdString();
+    EXPECT_TRUE(lines[0].startsWith(QStringLiteral(
+        "tabulor: warning: tracks.vrd: the font 'No Such Face 1234' is not installed; '")));
+    EXPECT_TRUE(lines[1].startsWith(
+        QStringLiteral("tabulor: warning: tracks.vrd: no installed font has U+12000")));
+}
+
 TEST_F(CommandLineTest, SourcesListsTablesWithTheirKind)
 {
     const ToolRun r =

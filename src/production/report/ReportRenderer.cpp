@@ -42,6 +42,7 @@ void ReportRenderer::RenderReport(PageDocument& document, BodyRows& rows)
         if (d.OverlayHeadersAndFooters)
             OverlayHeadersAndFooters(d);
     });
+    document.setWarningHandler(m_warn);
     PageSetup oriented = document.setup();
     oriented.orientation = m_definition.global.Orientation;
     m_definition = layoutableDefinition(m_definition, oriented.pageSize(), m_warn);
@@ -76,6 +77,7 @@ void ReportRenderer::RenderReport(PageDocument& document, BodyRows& rows)
     rows.writeTo(body);
     body.finish();
     document.EndDoc();
+    document.setWarningHandler(nullptr);
 }
 
 void ReportRenderer::OverlayHeadersAndFooters(PageDocument& document)

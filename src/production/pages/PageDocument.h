@@ -44,6 +44,7 @@ public:
 
     // Pages go to sink instead of staying here (null: they stay).
     void setSink(PageSink* sink) { m_sink = sink; }
+    bool keepsPages() const { return m_sink == nullptr; }
 
     // Whether the page header and footer of a report are drawn on this document. The designer's
     // own document always has them; a host's document only when it asks.

@@ -48,8 +48,9 @@ void ReportRenderer::RenderReport(PageDocument& document, BodyRows& rows)
     m_definition = layoutableDefinition(m_definition, oriented.pageSize(), m_warn);
     const GlobalSettings& g = m_definition.global;
     m_hasRows = !rows.empty();
-    if (!m_hasRows) {
-        // Nothing to show: what the document showed before goes.
+    if (!m_hasRows && document.keepsPages()) {
+        // Nothing to show: what the document showed before goes. Pages that went to a sink
+        // are gone already, and an empty one sent now would stand before the report.
         document.StartDoc();
         document.EndDoc();
     }

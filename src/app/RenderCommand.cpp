@@ -12,6 +12,7 @@
 #include <QFileInfo>
 
 #include <cstdio>
+#include <numeric>
 #include <unistd.h>
 
 namespace tabulor::cli {
@@ -32,6 +33,23 @@ bool pageRange(const QString& text, int* first, int* last)
            *last >= *first;
 }
 
+// Columns wider than the page run off its right edge; the user is told how to fit them.
+void warnOfColumnsTooWide(const ReportSession& session, const PageDocument& document,
+                          const QString& title)
+{
+    const std::vector<double> widths = session.columnWidths(document.fonts());
+    const double total = std::accumulate(widths.begin(), widths.end(), 0.0);
+    const double printable = session.printableWidth(document.setup());
+    if (total <= printable)
+        return;
+    constexpr double kTwipsPerInch = 1440;
+    printError(QStringLiteral("tabulor: warning: %1: the columns are %2 inches wide and the page "
+                              "prints %3 inches across; --fit narrows them to the page")
+                   .arg(title)
+                   .arg(total / kTwipsPerInch, 0, 'f', 2)
+                   .arg(printable / kTwipsPerInch, 0, 'f', 2));
+}
+
 } // namespace
 
 int runRender(const QStringList& arguments)
@@ -47,7 +65,8 @@ int runRender(const QStringList& arguments)
     const QCommandLineOption printer(QStringLiteral("printer"), QString(), QStringLiteral("NAME"));
     // The PDF drawn through Qt's painter instead of the direct writer, for comparison.
     const QCommandLineOption painterPdf(QStringLiteral("qt-pdf"));
-    parser.addOptions({output, database, dpi, pages, printer, painterPdf});
+    const QCommandLineOption fit(QStringLiteral("fit"));
+    parser.addOptions({output, database, dpi, pages, printer, painterPdf, fit});
     if (!parser.parse(arguments))
         return usageError(parser.errorText());
     if (parser.positionalArguments().size() != 1 ||
@@ -100,6 +119,12 @@ int runRender(const QStringList& arguments)
         return kExitFailed;
     session.definition().CurrentFileName = path;
 
+    PageDocument document;
+    if (parser.isSet(fit))
+        session.fitColumns(document.setup(), document.fonts());
+    else
+        warnOfColumnsTooWide(session, document, title);
+
     QObject::connect(&session, &ReportSession::renderWarning, [&title](const QString& text) {
         printError(QStringLiteral("tabulor: warning: %1: %2").arg(title, text));
     });
@@ -114,7 +139,6 @@ int runRender(const QStringList& arguments)
                          [] { std::fprintf(stderr, "\r%-40s\r", ""); });
     }
 
-    PageDocument document;
     document.OverlayHeadersAndFooters = true;
     QString error;
     std::vector<ReportOutput*> targets;

@@ -4,7 +4,9 @@
 #include "production/data/DatabaseLocation.h"
 #include "production/databases/OpenDatabase.h"
 #include "production/grid/ReportGridBuilder.h"
+#include "production/pagination/FitToPage.h"
 #include "production/report/GridBodyRows.h"
+#include "production/report/ReportColumns.h"
 #include "production/report/ReportRenderer.h"
 #include "production/report/StreamedBodyRows.h"
 
@@ -351,6 +353,38 @@ void ReportSession::resizeColumn(int gridColumn, float width)
     }
     rebuildReport();
     m_definition.Dirty = true;
+}
+
+std::vector<double> ReportSession::columnWidths(const FontCatalog& fonts) const
+{
+    return reportColumnWidths(m_data.grid(), m_definition, fonts,
+                              FormatLocale::fromQLocale(QLocale()));
+}
+
+double ReportSession::printableWidth(const PageSetup& page) const
+{
+    PageSetup laidOut = page;
+    applyPageSettings(laidOut, m_definition.global);
+    return laidOut.printableWidth();
+}
+
+bool ReportSession::fitColumns(const PageSetup& page, const FontCatalog& fonts)
+{
+    const std::optional<std::vector<double>> fitted =
+        fitColumnsToPage(columnWidths(fonts), printableWidth(page));
+    if (!fitted)
+        return false;
+    OutlineGrid& grid = m_data.grid();
+    for (size_t c = 0; c < fitted->size(); ++c) {
+        GridColumn& column = grid.column(grid.reportColumns().at(static_cast<qsizetype>(c)));
+        column.width = static_cast<float>((*fitted)[c]);
+        const int field = FindField(m_definition.fields, column.title);
+        if (field >= 0)
+            m_definition.fields[field].Width = column.width;
+    }
+    m_definition.Dirty = true;
+    rebuildReport();
+    return true;
 }
 
 void ReportSession::RenderReport(PageDocument& document)

@@ -18,6 +18,7 @@
 namespace tabulor {
 
 class BodyRows;
+class FontCatalog;
 
 // Everything one report designer works on: the definition, its data, the string table and
 // the way messages reach the user. Each component creates one; there is no other state.
@@ -103,6 +104,15 @@ public:
     void reloadData();
     // The user dragged a grid column to a new width (twips).
     void resizeColumn(int gridColumn, float width);
+
+    // The widths (twips, in report column order) the report's columns are laid out with in
+    // fonts, and the printable width they have on page as the report's settings set it up.
+    std::vector<double> columnWidths(const FontCatalog& fonts) const;
+    double printableWidth(const PageSetup& page) const;
+    // Narrows the report's columns so that they fit the printable width of page (see
+    // fitColumnsToPage) and stores their widths in the field table. False when they are left
+    // as they are: they fit already, or the widest is the first.
+    bool fitColumns(const PageSetup& page, const FontCatalog& fonts);
 
     // Renders the report into a document: the title and the rows of the grid as it stands,
     // then, when the document asks for them, the page header and footer with the final page

@@ -207,7 +207,7 @@ TEST_F(CommandLineTest, MissingFontsAndCharactersAreToldOnce)
     bytes.replace("ReportTitle = Tracks", "ReportTitle = Tracks \xF0\x92\x80\x80");
     writeBytes(definition, bytes);
     const ToolRun r = run({QStringLiteral("render"), definition, QStringLiteral("-o"),
-                           dir.filePath(QStringLiteral("report.pdf"))});
+                           dir.filePath(QStringLiteral("report.pdf")), QStringLiteral("--fit")});
     EXPECT_EQ(r.status, 0);
     const QStringList lines = r.err.split(u'\n', Qt::SkipEmptyParts);
     ASSERT_EQ(lines.size(), 2) << r.err.toStdString();
@@ -215,6 +215,27 @@ TEST_F(CommandLineTest, MissingFontsAndCharactersAreToldOnce)
         "tabulor: warning: tracks.vrd: the font 'No Such Face 1234' is not installed; '")));
     EXPECT_TRUE(lines[1].startsWith(
         QStringLiteral("tabulor: warning: tracks.vrd: no installed font has U+12000")));
+}
+
+// The tracks' long names make columns wider than the page: render says so and names the
+// option that fits them, which then leaves nothing to say.
+TEST_F(CommandLineTest, ColumnsWiderThanThePageAreToldAndFitted)
+{
+    const QString pdf = dir.filePath(QStringLiteral("report.pdf"));
+    const ToolRun wide = run({QStringLiteral("render"), definition, QStringLiteral("-o"), pdf});
+    EXPECT_EQ(wide.status, 0);
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("^tabulor: warning: tracks.vrd: the columns "
+                                                  "are [0-9.]+ inches wide and the page prints "
+                                                  "[0-9.]+ inches across; --fit narrows them to "
+                                                  "the page\n$"))
+                    .match(wide.err)
+                    .hasMatch())
+        << wide.err.toStdString();
+
+    const ToolRun fitted = run(
+        {QStringLiteral("render"), definition, QStringLiteral("-o"), pdf, QStringLiteral("--fit")});
+    EXPECT_EQ(fitted.status, 0);
+    EXPECT_TRUE(fitted.err.isEmpty()) << fitted.err.toStdString();
 }
 
 TEST_F(CommandLineTest, SourcesListsTablesWithTheirKind)
@@ -276,7 +297,7 @@ TEST_F(CommandLineTest, NoPrintServerIsToldAsSuch)
 {
     QProcessEnvironment noServer = QProcessEnvironment::systemEnvironment();
     noServer.insert(QStringLiteral("CUPS_SERVER"), dir.filePath(QStringLiteral("no-cups.sock")));
-    const ToolRun r = run({QStringLiteral("print"), definition}, noServer);
+    const ToolRun r = run({QStringLiteral("print"), definition, QStringLiteral("--fit")}, noServer);
     EXPECT_EQ(r.status, 1);
     EXPECT_TRUE(
         r.err.startsWith(QStringLiteral("tabulor: cannot print: no print server answers at ")))

@@ -10,6 +10,8 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include <numeric>
+
 #include <gtest/gtest.h>
 
 using namespace tabulor;
@@ -279,6 +281,30 @@ TEST_F(ReportSessionTest, AnUnreadableSettingsFileIsToldAndNotReplaced)
                   .arg(session.settingsPath()));
     EXPECT_FALSE(session.SaveDefaultStyle());
     EXPECT_TRUE(QFileInfo(session.settingsPath()).isDir());
+}
+
+TEST_F(ReportSessionTest, FittedColumnsTakeNoMoreThanThePrintableWidthAndAreStored)
+{
+    ReportDefinition d = invoices();
+    d.details = {QStringLiteral("InvoiceDate"), QStringLiteral("BillingAddress"),
+                 QStringLiteral("BillingCity"), QStringLiteral("Total")};
+    d.fields.append(
+        {QStringLiteral("BillingAddress"), QStringLiteral("Address"), 1, 9, {}, 0, 5000});
+    ASSERT_TRUE(session.OpenReportFile(writeDefinition(d, QStringLiteral("wide.vrd"))));
+    PageDocument document;
+    const auto total = [&] {
+        const std::vector<double> widths = session.columnWidths(document.fonts());
+        return std::accumulate(widths.begin(), widths.end(), 0.0);
+    };
+    const double printable = session.printableWidth(document.setup());
+    ASSERT_GT(total(), printable);
+
+    ASSERT_TRUE(session.fitColumns(document.setup(), document.fonts()));
+    EXPECT_LE(total(), printable);
+    EXPECT_LT(session.definition().fields[2].Width, 5000);
+    EXPECT_TRUE(session.definition().Dirty);
+    // Columns that fit are left alone.
+    EXPECT_FALSE(session.fitColumns(document.setup(), document.fonts()));
 }
 
 TEST_F(ReportSessionTest, RequestsDuringARebuildGiveExactlyOneMorePass)

@@ -1,5 +1,6 @@
 #include "app/CommandLine.h"
 
+#include "component/MissingObjects.h"
 #include "component/ReportSession.h"
 
 #include <QFileInfo>
@@ -23,12 +24,12 @@ QString usageText()
         "              [--sort FIELD=asc|desc|none]... [--total FIELD=sum|percent|count|avg|\n"
         "              max|min|stddev]... [--subtotals above|below|both] -o OUT.vrd\n"
         "      Makes a new definition as the designer would.\n"
-        "  tabulor render FILE.vrd -o OUT.pdf [--database PATH]\n"
+        "  tabulor render FILE.vrd -o OUT.pdf [--database PATH] [--fit]\n"
         "  tabulor render FILE.vrd -o page-%d.png [--dpi N] [--pages A-B] [--database PATH]\n"
         "  tabulor render FILE.vrd --printer NAME [-o OUT] [--database PATH]\n"
         "      Produces the full report, every record, as a PDF or as page images, or sends\n"
-        "      it to a printer.\n"
-        "  tabulor print FILE.vrd [-P NAME] [--database PATH]\n"
+        "      it to a printer. --fit narrows the columns to the page when they are wider.\n"
+        "  tabulor print FILE.vrd [-P NAME] [--database PATH] [--fit]\n"
         "      Prints the full report on the printer NAME, or on the default printer. The\n"
         "      print server is CUPS, or the one CUPS_SERVER names.\n"
         "  tabulor save IN.vrd -o OUT.vrd [--database PATH]\n"
@@ -36,7 +37,7 @@ QString usageText()
         "  tabulor sources DATABASE [--kind]\n"
         "      Lists the tables, views and queries a report can use, one a line; with --kind\n"
         "      each line is the kind, a tab and the name.\n"
-        "  tabulor --help\n"
+        "  tabulor --help | --version\n"
         "\n"
         "A database is a file path (SQLite) or a server URI.\n"
         "Settings: $XDG_CONFIG_HOME/tabulor/tabulor.ini, or the file TABULOR_SETTINGS names.\n"
@@ -79,10 +80,25 @@ bool loadDefinition(ReportSession& session, const QString& path,
     session.loadDesigner();
     if (session.OpenReportFile(path, database))
         return true;
+    if (const auto& unreadable = session.lastFileError()) {
+        printError(QStringLiteral("tabulor: ") + *unreadable);
+        return false;
+    }
     session.tellUser(session.invalidFileMessage(path));
     if (const auto& fault = session.lastReadError())
         printError(fault->message());
     return false;
+}
+
+bool printMissingObjects(const ReportSession& session, const QString& path, bool asWarnings)
+{
+    const QStringList missing = missingObjects(session);
+    const QString prefix =
+        QStringLiteral("tabulor: %1%2: ")
+            .arg(asWarnings ? QStringLiteral("warning: ") : QString(), QFileInfo(path).fileName());
+    for (const QString& message : missing)
+        printError(prefix + message);
+    return !missing.isEmpty();
 }
 
 } // namespace tabulor::cli

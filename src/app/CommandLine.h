@@ -32,6 +32,10 @@ void printError(const QString& text);
 bool loadDefinition(ReportSession& session, const QString& path,
                     const std::optional<QString>& database = std::nullopt);
 
+// Prints what the loaded definition names that its data lacks (see missingObjects), one line
+// each, as errors or as warnings; true when there was anything.
+bool printMissingObjects(const ReportSession& session, const QString& path, bool asWarnings);
+
 int runDesign(const QStringList& arguments);
 int runInfo(const QStringList& arguments);
 int runNew(const QStringList& arguments);

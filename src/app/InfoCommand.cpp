@@ -96,11 +96,25 @@ std::vector<GridRow> firstRows(const OutlineGrid& grid, qsizetype count)
     return std::vector<GridRow>(rows.begin(), end);
 }
 
+// The texts of the column title row, which leads the body on every page.
+QStringList titleTexts(const OutlineGrid& grid)
+{
+    QStringList titles;
+    for (int column : grid.reportColumns())
+        titles.append(grid.column(column).title);
+    return titles;
+}
+
 QJsonArray rowsJson(const ReportSession& session, qsizetype count)
 {
     const OutlineGrid& grid = session.data().grid();
     const GridText text(grid, FormatLocale::fromQLocale(QLocale()));
-    QJsonArray rows;
+    QJsonArray rows{QJsonObject{
+        {QStringLiteral("Outline"), false},
+        {QStringLiteral("Level"), 0},
+        {QStringLiteral("Style"), session.definition().styles[StyleDetailTitle].name},
+        {QStringLiteral("Cells"), QJsonArray::fromStringList(titleTexts(grid))},
+    }};
     for (const GridRow& row : firstRows(grid, count)) {
         rows.append(QJsonObject{
             {QStringLiteral("Outline"), row.isGroupRow()},
@@ -116,13 +130,10 @@ QString rowsText(const ReportSession& session, qsizetype count)
 {
     const OutlineGrid& grid = session.data().grid();
     const GridText text(grid, FormatLocale::fromQLocale(QLocale()));
-    QStringList titles;
-    for (int column : grid.reportColumns())
-        titles.append(grid.column(column).title);
     QStringList lines{QStringLiteral("Rows (style | cells):"),
                       QStringLiteral("  %1 | %2")
                           .arg(session.definition().styles[StyleDetailTitle].name,
-                               titles.join(QStringLiteral(" | ")))};
+                               titleTexts(grid).join(QStringLiteral(" | ")))};
     for (const GridRow& row : firstRows(grid, count)) {
         lines.append(QStringLiteral("  %1 | %2")
                          .arg(styleName(session.definition(), row.style),
@@ -155,6 +166,7 @@ int runInfo(const QStringList& arguments)
     ReportSession session;
     if (!loadDefinition(session, path))
         return kExitFailed;
+    printMissingObjects(session, path, /*asWarnings=*/true);
     if (parser.isSet(all)) {
         session.data().setUnlimitedRows(true);
         session.data().LoadRowsIntoGrid();

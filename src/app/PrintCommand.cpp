@@ -12,7 +12,8 @@ int runPrint(const QStringList& arguments)
                                      QString(), QStringLiteral("NAME"));
     const QCommandLineOption database(QStringLiteral("database"), QString(),
                                       QStringLiteral("PATH"));
-    parser.addOptions({printer, database});
+    const QCommandLineOption fit(QStringLiteral("fit"));
+    parser.addOptions({printer, database, fit});
     if (!parser.parse(arguments))
         return usageError(parser.errorText());
     if (parser.positionalArguments().size() != 1)
@@ -24,6 +25,8 @@ int runPrint(const QStringList& arguments)
                        QStringLiteral("--printer"), parser.value(printer)};
     if (parser.isSet(database))
         render << QStringLiteral("--database") << parser.value(database);
+    if (parser.isSet(fit))
+        render << QStringLiteral("--fit");
     return runRender(render);
 }
 

@@ -12,6 +12,7 @@
 #include <QFileInfo>
 
 #include <cstdio>
+#include <numeric>
 #include <unistd.h>
 
 namespace tabulor::cli {
@@ -32,6 +33,23 @@ bool pageRange(const QString& text, int* first, int* last)
            *last >= *first;
 }
 
+// Columns wider than the page run off its right edge; the user is told how to fit them.
+void warnOfColumnsTooWide(const ReportSession& session, const PageDocument& document,
+                          const QString& title)
+{
+    const std::vector<double> widths = session.columnWidths(document.fonts());
+    const double total = std::accumulate(widths.begin(), widths.end(), 0.0);
+    const double printable = session.printableWidth(document.setup());
+    if (total <= printable)
+        return;
+    constexpr double kTwipsPerInch = 1440;
+    printError(QStringLiteral("tabulor: warning: %1: the columns are %2 inches wide and the page "
+                              "prints %3 inches across; --fit narrows them to the page")
+                   .arg(title)
+                   .arg(total / kTwipsPerInch, 0, 'f', 2)
+                   .arg(printable / kTwipsPerInch, 0, 'f', 2));
+}
+
 } // namespace
 
 int runRender(const QStringList& arguments)
@@ -47,7 +65,8 @@ int runRender(const QStringList& arguments)
     const QCommandLineOption printer(QStringLiteral("printer"), QString(), QStringLiteral("NAME"));
     // The PDF drawn through Qt's painter instead of the direct writer, for comparison.
     const QCommandLineOption painterPdf(QStringLiteral("qt-pdf"));
-    parser.addOptions({output, database, dpi, pages, printer, painterPdf});
+    const QCommandLineOption fit(QStringLiteral("fit"));
+    parser.addOptions({output, database, dpi, pages, printer, painterPdf, fit});
     if (!parser.parse(arguments))
         return usageError(parser.errorText());
     if (parser.positionalArguments().size() != 1 ||
@@ -64,7 +83,7 @@ int runRender(const QStringList& arguments)
     if (!dpiOk || dotsPerInch < 10 || dotsPerInch > 1200)
         return usageError(QStringLiteral("--dpi takes a resolution from 10 to 1200"));
     int first = 1;
-    int last = std::numeric_limits<int>::max();
+    int last = PngOutput::kLastPage;
     if (!pageRange(parser.value(pages), &first, &last))
         return usageError(QStringLiteral("--pages takes a page or a range such as 2-5"));
 
@@ -93,10 +112,22 @@ int runRender(const QStringList& arguments)
     }
 
     ReportSession session;
-    if (!loadDefinition(session, path, newDatabase))
+    // A report without its record source or some of its fields is not produced: the file at
+    // -o stays as it was.
+    if (!loadDefinition(session, path, newDatabase) ||
+        printMissingObjects(session, path, /*asWarnings=*/false))
         return kExitFailed;
     session.definition().CurrentFileName = path;
 
+    PageDocument document;
+    if (parser.isSet(fit))
+        session.fitColumns(document.setup(), document.fonts());
+    else
+        warnOfColumnsTooWide(session, document, title);
+
+    QObject::connect(&session, &ReportSession::renderWarning, [&title](const QString& text) {
+        printError(QStringLiteral("tabulor: warning: %1: %2").arg(title, text));
+    });
     // Progress on a terminal only, so that scripts see nothing but what goes wrong.
     if (isatty(fileno(stderr))) {
         QObject::connect(&session, &ReportSession::pageStarted, [&session](int page) {
@@ -108,7 +139,6 @@ int runRender(const QStringList& arguments)
                          [] { std::fprintf(stderr, "\r%-40s\r", ""); });
     }
 
-    PageDocument document;
     document.OverlayHeadersAndFooters = true;
     QString error;
     std::vector<ReportOutput*> targets;
@@ -117,7 +147,10 @@ int runRender(const QStringList& arguments)
     if (!exportReport(session, document, targets, &error)) {
         if (!document.stopped())
             printError(QStringLiteral("tabulor: ") + error);
-        return kExitFailed;
+        // Pages beyond the report's end are a wrong argument, known only now.
+        const bool pagesBeyondEnd = png && last != PngOutput::kLastPage &&
+                                    last > document.PageCount() && !document.stopped();
+        return pagesBeyondEnd ? kExitUsage : kExitFailed;
     }
     if (printerOutput)
         printOut(QStringLiteral("%1: %2 page(s) sent to %3")

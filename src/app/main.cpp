@@ -41,6 +41,10 @@ int main(int argc, char* argv[])
         printOut(usageText());
         return kExitOk;
     }
+    if (command == u"--version" || command == u"-V") {
+        printOut(QStringLiteral("tabulor " TABULOR_VERSION_TEXT));
+        return kExitOk;
+    }
     // Each command parses its own options; it sees the program name and what follows it.
     arguments.removeAt(1);
     if (command == u"design")

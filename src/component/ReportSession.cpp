@@ -4,7 +4,9 @@
 #include "production/data/DatabaseLocation.h"
 #include "production/databases/OpenDatabase.h"
 #include "production/grid/ReportGridBuilder.h"
+#include "production/pagination/FitToPage.h"
 #include "production/report/GridBodyRows.h"
+#include "production/report/ReportColumns.h"
 #include "production/report/ReportRenderer.h"
 #include "production/report/StreamedBodyRows.h"
 
@@ -76,12 +78,8 @@ void ReportSession::ResetDefinition()
 void ReportSession::loadDesigner()
 {
     applyDefaultLook();
-    if (const auto fault = m_strings.LoadStrings(false)) {
-        tellUser(QStringLiteral("%1: the key '%2' on line %3 has no value.")
-                     .arg(m_strings.filePath(), fault->key)
-                     .arg(fault->line),
-                 PromptIcon::Warning);
-    }
+    if (const auto fault = m_strings.LoadStrings(false))
+        tellUser(fault->message(m_strings.filePath()), PromptIcon::Warning);
 }
 
 void ReportSession::applyDefaultLook()
@@ -91,8 +89,13 @@ void ReportSession::applyDefaultLook()
                                                   m_strings.text(Message::DEFFOOTER)});
     QString error;
     const auto settings = ProfileFile::read(m_settingsPath, &error);
-    if (!settings)
-        return; // no settings file: the built-in look stands
+    if (!settings) {
+        // No settings file: the built-in look stands. One that is there but cannot be read
+        // (a folder, a pipe, a huge file) is worth a word.
+        if (QFileInfo::exists(m_settingsPath))
+            tellUser(error + QStringLiteral("; the built-in style is used."), PromptIcon::Warning);
+        return;
+    }
     QString badKey;
     if (!LoadDefaultStyle(m_definition, *settings, &badKey)) {
         tellUser(QStringLiteral("%1: %2 holds a value that is not valid; the default style was "
@@ -105,10 +108,14 @@ void ReportSession::applyDefaultLook()
 bool ReportSession::SaveDefaultStyle()
 {
     QString error;
-    ProfileFile settings = ProfileFile::read(m_settingsPath, &error).value_or(ProfileFile());
+    std::optional<ProfileFile> read = ProfileFile::read(m_settingsPath, &error);
+    // A settings file that is there but cannot be read is not replaced by one that would
+    // hold nothing but the style.
+    const bool unreadable = !read && QFileInfo::exists(m_settingsPath);
+    ProfileFile settings = std::move(read).value_or(ProfileFile());
     tabulor::SaveDefaultStyle(m_definition, settings);
     const QString folder = QFileInfo(m_settingsPath).absolutePath();
-    if (!QDir().mkpath(folder) || !settings.write(m_settingsPath, &error)) {
+    if (unreadable || !QDir().mkpath(folder) || !settings.write(m_settingsPath, &error)) {
         tellUser(QStringLiteral("Could not save the default style to %1: %2")
                      .arg(quoted(m_settingsPath), error),
                  PromptIcon::Warning);
@@ -120,10 +127,13 @@ bool ReportSession::SaveDefaultStyle()
 bool ReportSession::OpenReportFile(const QString& path, const std::optional<QString>& database)
 {
     m_lastReadError.reset();
+    m_lastFileError.reset();
     QString error;
     const auto file = ProfileFile::read(path, &error);
-    if (!file)
+    if (!file) {
+        m_lastFileError = error;
         return false;
+    }
     if (ReadFileValue(*file, u"General", u"Version").isEmpty())
         return false;
 
@@ -390,6 +400,38 @@ void ReportSession::resizeColumn(int gridColumn, float width)
     m_history.record(QStringLiteral("Column Width"), before, designState());
 }
 
+std::vector<double> ReportSession::columnWidths(const FontCatalog& fonts) const
+{
+    return reportColumnWidths(m_data.grid(), m_definition, fonts,
+                              FormatLocale::fromQLocale(QLocale()));
+}
+
+double ReportSession::printableWidth(const PageSetup& page) const
+{
+    PageSetup laidOut = page;
+    applyPageSettings(laidOut, m_definition.global);
+    return laidOut.printableWidth();
+}
+
+bool ReportSession::fitColumns(const PageSetup& page, const FontCatalog& fonts)
+{
+    const std::optional<std::vector<double>> fitted =
+        fitColumnsToPage(columnWidths(fonts), printableWidth(page));
+    if (!fitted)
+        return false;
+    OutlineGrid& grid = m_data.grid();
+    for (size_t c = 0; c < fitted->size(); ++c) {
+        GridColumn& column = grid.column(grid.reportColumns().at(static_cast<qsizetype>(c)));
+        column.width = static_cast<float>((*fitted)[c]);
+        const int field = FindField(m_definition.fields, column.title);
+        if (field >= 0)
+            m_definition.fields[field].Width = column.width;
+    }
+    m_definition.Dirty = true;
+    rebuildReport();
+    return true;
+}
+
 void ReportSession::RenderReport(PageDocument& document)
 {
     GridBodyRows rows(m_data.grid(), FormatLocale::fromQLocale(QLocale()));
@@ -406,6 +448,7 @@ void ReportSession::renderRows(PageDocument& document, BodyRows& rows)
     context.clock = m_clock;
     context.locale = FormatLocale::fromQLocale(QLocale());
     ReportRenderer renderer(m_definition, m_data.grid(), context);
+    renderer.setWarningHandler([this](const QString& text) { Q_EMIT renderWarning(text); });
 
     const PageHook progress = document.addNewPageHook([this](PageDocument& d) {
         Q_EMIT pageStarted(d.PageCount());

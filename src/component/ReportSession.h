@@ -20,6 +20,7 @@
 namespace tabulor {
 
 class BodyRows;
+class FontCatalog;
 
 // Everything one report designer works on: the definition, its data, the string table and
 // the way messages reach the user. Each component creates one; there is no other state.
@@ -73,6 +74,9 @@ public:
                                       const std::optional<QString>& database = std::nullopt);
     // Why the last OpenReportFile failed on a value, if it did.
     const std::optional<DefinitionReadError>& lastReadError() const { return m_lastReadError; }
+    // Why the last OpenReportFile could not read the file at all (it does not exist, is no
+    // regular file or is too large), if that was why it failed.
+    const std::optional<QString>& lastFileError() const { return m_lastFileError; }
 
     // Saves the definition; on failure the user is told and false returned.
     [[nodiscard]] bool saveReportFile(const QString& path);
@@ -116,6 +120,15 @@ public:
     // The user dragged a grid column to a new width (twips).
     void resizeColumn(int gridColumn, float width);
 
+    // The widths (twips, in report column order) the report's columns are laid out with in
+    // fonts, and the printable width they have on page as the report's settings set it up.
+    std::vector<double> columnWidths(const FontCatalog& fonts) const;
+    double printableWidth(const PageSetup& page) const;
+    // Narrows the report's columns so that they fit the printable width of page (see
+    // fitColumnsToPage) and stores their widths in the field table. False when they are left
+    // as they are: they fit already, or the widest is the first.
+    bool fitColumns(const PageSetup& page, const FontCatalog& fonts);
+
     // Renders the report into a document: the title and the rows of the grid as it stands,
     // then, when the document asks for them, the page header and footer with the final page
     // count. Progress goes to the status; a document error stops it with a message.
@@ -141,6 +154,10 @@ Q_SIGNALS:
     // Rendering began a page (1-based) and, once it has ended, finished the document.
     void pageStarted(int page);
     void reportFinished(int pageCount);
+    // Something the user should know about the report being rendered, which does not stop
+    // it: a value that cannot be laid out and what is used instead. The designer shows it in
+    // its status line, the command line on standard error.
+    void renderWarning(const QString& text);
 
 private:
     // RenderReport with the body rows given.
@@ -168,6 +185,7 @@ private:
     QString m_settingsPath;
     qint32 m_accessMode = 0;
     std::optional<DefinitionReadError> m_lastReadError;
+    std::optional<QString> m_lastFileError;
     QCollator m_collator;
     std::function<void()> m_eventPump;
     std::function<QDateTime()> m_clock = [] { return QDateTime::currentDateTime(); };

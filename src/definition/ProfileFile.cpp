@@ -1,9 +1,8 @@
 #include "definition/ProfileFile.h"
 
 #include "definition/AtomicSave.h"
+#include "definition/RegularFile.h"
 #include "definition/TextDecoding.h"
-
-#include <QFile>
 
 namespace tabulor {
 
@@ -61,17 +60,10 @@ ProfileFile ProfileFile::fromText(const QString& text)
 
 std::optional<ProfileFile> ProfileFile::read(const QString& path, QString* error)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        *error = file.errorString();
+    const std::optional<QByteArray> bytes = readRegularFile(path, kMaxProfileFileBytes, error);
+    if (!bytes)
         return std::nullopt;
-    }
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
-        *error = file.errorString();
-        return std::nullopt;
-    }
-    return fromText(decodeText(bytes));
+    return fromText(decodeText(*bytes));
 }
 
 void ProfileFile::index()

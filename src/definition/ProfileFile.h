@@ -22,7 +22,8 @@ public:
 
     ProfileFile() = default;
     static ProfileFile fromText(const QString& text);
-    // Null when the file cannot be opened, with *error saying why.
+    // Null when the file cannot be read, with *error saying why: it does not exist, is no
+    // regular file or is larger than kMaxProfileFileBytes (see readRegularFile).
     static std::optional<ProfileFile> read(const QString& path, QString* error);
 
     // The value of key in section cut to bufferSize - 1 characters; empty when missing.

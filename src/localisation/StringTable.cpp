@@ -1,5 +1,6 @@
 #include "localisation/StringTable.h"
 
+#include "definition/RegularFile.h"
 #include "definition/TextDecoding.h"
 #include "localisation/CaptionKeys.h"
 #include "localisation/CaptionRegistry.h"
@@ -96,6 +97,13 @@ QString codeFolder()
 
 } // namespace
 
+QString StringFileError::message(const QString& path) const
+{
+    if (!unreadable.isEmpty())
+        return unreadable + QStringLiteral("; the built-in texts are used.");
+    return QStringLiteral("%1: the key '%2' on line %3 has no value.").arg(path, key).arg(line);
+}
+
 StringTable::StringTable() : m_texts(builtInTexts()), m_filePath(defaultFilePath()) {}
 
 QString StringTable::text(Message message) const
@@ -147,11 +155,14 @@ std::optional<StringFileError> StringTable::LoadStrings(bool applyCaptions,
 {
     m_texts = builtInTexts();
 
-    QFile file(m_filePath);
-    if (m_filePath.isEmpty() || !file.open(QIODevice::ReadOnly))
+    if (m_filePath.isEmpty() || !QFileInfo::exists(m_filePath))
         return std::nullopt;
-    const QStringList lines = splitLines(decodeText(file.readAll()));
-    file.close();
+    QString unreadable;
+    const std::optional<QByteArray> bytes =
+        readRegularFile(m_filePath, kMaxStringFileBytes, &unreadable);
+    if (!bytes)
+        return StringFileError{0, QString(), unreadable};
+    const QStringList lines = splitLines(decodeText(*bytes));
 
     for (qsizetype i = 0; i < lines.size(); ++i) {
         const QString line = TrimBlanks(lines.at(i));
@@ -159,7 +170,7 @@ std::optional<StringFileError> StringTable::LoadStrings(bool applyCaptions,
             continue;
         const QString key = TrimSpaces(QStringView(line).sliced(1));
         if (i + 1 == lines.size())
-            return StringFileError{static_cast<int>(i) + 1, key};
+            return StringFileError{static_cast<int>(i) + 1, key, QString()};
         const QString value = TrimBlanks(lines.at(++i));
         if (value.isEmpty())
             continue;

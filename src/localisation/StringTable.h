@@ -50,7 +50,16 @@ struct StringFileError
 {
     int line = 0; // 1-based line of the key line that has no value line
     QString key;
+    // Why the file could not be read at all (it is no regular file, or too large); the line
+    // and key are then unset.
+    QString unreadable;
+
+    // The fault in words for the user, naming the file.
+    QString message(const QString& path) const;
 };
+
+// The largest string file that is read; a real one holds a few hundred short texts.
+inline constexpr qint64 kMaxStringFileBytes = 4 * 1024 * 1024;
 
 class StringTable
 {
@@ -77,7 +86,8 @@ public:
 
     // Resets the message texts to the built-in ones and reads the string file over them. With
     // applyCaptions the caption keys are handed to the windows registered in captions.
-    // Returns the fault that stopped the reading early, if any.
+    // Returns the fault that stopped the reading early, if any. A file that does not exist
+    // leaves the built-in texts without a fault.
     [[nodiscard]] std::optional<StringFileError> LoadStrings(bool applyCaptions,
                                                              CaptionRegistry* captions = nullptr);
 

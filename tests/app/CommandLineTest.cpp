@@ -48,10 +48,10 @@ protected:
         ASSERT_TRUE(WriteReportFile(d, definition, &error));
     }
 
-    ToolRun run(const QStringList& arguments)
+    ToolRun run(const QStringList& arguments,
+                QProcessEnvironment environment = QProcessEnvironment::systemEnvironment())
     {
         QProcess process;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("TABULOR_SETTINGS"),
                            dir.filePath(QStringLiteral("settings.ini")));
         process.setProcessEnvironment(environment);
@@ -129,6 +129,115 @@ TEST_F(CommandLineTest, ABrokenDefinitionExitsWithTheMessageAndThePath)
     EXPECT_FALSE(QFile::exists(target));
 }
 
+// A definition that cannot be read at all says why at once: a device is not read until the
+// memory runs out, and a missing file is not called invalid.
+TEST_F(CommandLineTest, AnUnreadableDefinitionSaysWhyAtOnce)
+{
+    const QString missing = dir.filePath(QStringLiteral("missing.vrd"));
+    const std::pair<QString, QString> cases[] = {
+        {missing, QStringLiteral("tabulor: '%1' does not exist\n").arg(missing)},
+        {QStringLiteral("/dev/zero"),
+         QStringLiteral("tabulor: '/dev/zero' is not a regular file (it is a device, pipe or "
+                        "socket)\n")},
+        {dir.path(), QStringLiteral("tabulor: '%1' is a folder, not a file\n").arg(dir.path())},
+    };
+    for (const auto& [path, message] : cases) {
+        const ToolRun r = run({QStringLiteral("info"), path});
+        EXPECT_EQ(r.status, 1);
+        EXPECT_EQ(r.err, message);
+    }
+}
+
+// A definition whose record source or fields are gone is not rendered or printed (the file
+// at -o stays as it was, the printer is not asked for), and info warns of it.
+TEST_F(CommandLineTest, MissingSourcesAndFieldsStopTheReportAndInfoWarns)
+{
+    const QByteArray original = readBytes(definition);
+    const QString noSource = dir.filePath(QStringLiteral("no-source.vrd"));
+    writeBytes(noSource,
+               QByteArray(original).replace("RecordSource = Track", "RecordSource = Gone"));
+    const QString noField = dir.filePath(QStringLiteral("no-field.vrd"));
+    writeBytes(noField, QByteArray(original).replace("Milliseconds", "Seconds"));
+    const QString pdf = dir.filePath(QStringLiteral("kept.pdf"));
+    writeBytes(pdf, "an earlier report");
+
+    const ToolRun source = run({QStringLiteral("render"), noSource, QStringLiteral("-o"), pdf});
+    EXPECT_EQ(source.status, 1);
+    EXPECT_TRUE(source.err.startsWith(
+        QStringLiteral("tabulor: no-source.vrd: the record source 'Gone' cannot be opened in "
+                       "'sqlite_Chinook.sqlite'")))
+        << source.err.toStdString();
+
+    const ToolRun field = run({QStringLiteral("render"), noField, QStringLiteral("-o"), pdf});
+    EXPECT_EQ(field.status, 1);
+    EXPECT_EQ(field.err, QStringLiteral("tabulor: no-field.vrd: Details names the field "
+                                        "'Seconds', which the record source 'Track' does not "
+                                        "have\n"));
+    EXPECT_EQ(readBytes(pdf), QByteArray("an earlier report"));
+
+    QProcessEnvironment noServer = QProcessEnvironment::systemEnvironment();
+    noServer.insert(QStringLiteral("CUPS_SERVER"), dir.filePath(QStringLiteral("no-cups.sock")));
+    const ToolRun printed = run({QStringLiteral("print"), noField}, noServer);
+    EXPECT_EQ(printed.status, 1);
+    EXPECT_EQ(printed.err, field.err);
+
+    const ToolRun info = run({QStringLiteral("info"), noField});
+    EXPECT_EQ(info.status, 0);
+    EXPECT_TRUE(info.err.startsWith(
+        QStringLiteral("tabulor: warning: no-field.vrd: Details names the field 'Seconds'")));
+    EXPECT_TRUE(info.out.contains(QStringLiteral("Details:          Name, Seconds")));
+}
+
+TEST_F(CommandLineTest, ValuesThatCannotBeLaidOutAreRenderedWithAWarning)
+{
+    writeBytes(definition, readBytes(definition).replace("Left =  1440 ", "Left = -100"));
+    const ToolRun r = run({QStringLiteral("render"), definition, QStringLiteral("-o"),
+                           dir.filePath(QStringLiteral("report.pdf"))});
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.err, QStringLiteral("tabulor: warning: tracks.vrd: [GlobalInfo] Left = -100 "
+                                    "cannot be laid out; 0 is used\n"));
+}
+
+// A face that is not installed and characters no font has are told once each, however often
+// they are drawn.
+TEST_F(CommandLineTest, MissingFontsAndCharactersAreToldOnce)
+{
+    QByteArray bytes = readBytes(definition);
+    bytes.replace("FontName = Tahoma", "FontName = No Such Face 1234");
+    bytes.replace("ReportTitle = Tracks", "ReportTitle = Tracks \xF0\x92\x80\x80");
+    writeBytes(definition, bytes);
+    const ToolRun r = run({QStringLiteral("render"), definition, QStringLiteral("-o"),
+                           dir.filePath(QStringLiteral("report.pdf")), QStringLiteral("--fit")});
+    EXPECT_EQ(r.status, 0);
+    const QStringList lines = r.err.split(u'\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 2) << r.err.toStdString();
+    EXPECT_TRUE(lines[0].startsWith(QStringLiteral(
+        "tabulor: warning: tracks.vrd: the font 'No Such Face 1234' is not installed; '")));
+    EXPECT_TRUE(lines[1].startsWith(
+        QStringLiteral("tabulor: warning: tracks.vrd: no installed font has U+12000")));
+}
+
+// The tracks' long names make columns wider than the page: render says so and names the
+// option that fits them, which then leaves nothing to say.
+TEST_F(CommandLineTest, ColumnsWiderThanThePageAreToldAndFitted)
+{
+    const QString pdf = dir.filePath(QStringLiteral("report.pdf"));
+    const ToolRun wide = run({QStringLiteral("render"), definition, QStringLiteral("-o"), pdf});
+    EXPECT_EQ(wide.status, 0);
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("^tabulor: warning: tracks.vrd: the columns "
+                                                  "are [0-9.]+ inches wide and the page prints "
+                                                  "[0-9.]+ inches across; --fit narrows them to "
+                                                  "the page\n$"))
+                    .match(wide.err)
+                    .hasMatch())
+        << wide.err.toStdString();
+
+    const ToolRun fitted = run(
+        {QStringLiteral("render"), definition, QStringLiteral("-o"), pdf, QStringLiteral("--fit")});
+    EXPECT_EQ(fitted.status, 0);
+    EXPECT_TRUE(fitted.err.isEmpty()) << fitted.err.toStdString();
+}
+
 TEST_F(CommandLineTest, SourcesListsTablesWithTheirKind)
 {
     const ToolRun r =
@@ -150,7 +259,12 @@ TEST_F(CommandLineTest, BadArgumentsPrintUsage)
          {QStringList{}, QStringList{QStringLiteral("frobnicate")},
           QStringList{QStringLiteral("info")},
           QStringList{QStringLiteral("info"), definition, QStringLiteral("--bogus")},
-          QStringList{QStringLiteral("save"), definition}}) {
+          QStringList{QStringLiteral("save"), definition},
+          QStringList{QStringLiteral("info"), definition, QStringLiteral("--rows"),
+                      QStringLiteral("-1")},
+          QStringList{QStringLiteral("render"), definition, QStringLiteral("-o"),
+                      QStringLiteral("p.png"), QStringLiteral("--pages"), QStringLiteral("3-2")},
+          QStringList{QStringLiteral("print"), definition, QStringLiteral("-P"), QString()}}) {
         const ToolRun r = run(arguments);
         EXPECT_EQ(r.status, 2) << arguments.join(u' ').toStdString();
         EXPECT_TRUE(r.err.contains(QStringLiteral("Usage:")));
@@ -158,6 +272,36 @@ TEST_F(CommandLineTest, BadArgumentsPrintUsage)
     const ToolRun help = run({QStringLiteral("--help")});
     EXPECT_EQ(help.status, 0);
     EXPECT_TRUE(help.out.contains(QStringLiteral("tabulor info FILE.vrd")));
+    const ToolRun version = run({QStringLiteral("--version")});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("^tabulor \\d+\\.\\d+\\.\\d+\n$"))
+                    .match(version.out)
+                    .hasMatch())
+        << version.out.toStdString();
+}
+
+// Pages beyond the report's end are only known once it is laid out; they are refused as a
+// wrong argument and no image is written.
+TEST_F(CommandLineTest, PagesBeyondTheReportAreRefused)
+{
+    const QString pattern = dir.filePath(QStringLiteral("page-%d.png"));
+    const ToolRun r = run({QStringLiteral("render"), definition, QStringLiteral("-o"), pattern,
+                           QStringLiteral("--pages"), QStringLiteral("1-5000")});
+    EXPECT_EQ(r.status, 2);
+    EXPECT_TRUE(r.err.contains(QStringLiteral("page 5000 was asked for, and the report has ")))
+        << r.err.toStdString();
+    EXPECT_FALSE(QFile::exists(dir.filePath(QStringLiteral("page-1.png"))));
+}
+
+TEST_F(CommandLineTest, NoPrintServerIsToldAsSuch)
+{
+    QProcessEnvironment noServer = QProcessEnvironment::systemEnvironment();
+    noServer.insert(QStringLiteral("CUPS_SERVER"), dir.filePath(QStringLiteral("no-cups.sock")));
+    const ToolRun r = run({QStringLiteral("print"), definition, QStringLiteral("--fit")}, noServer);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_TRUE(
+        r.err.startsWith(QStringLiteral("tabulor: cannot print: no print server answers at ")))
+        << r.err.toStdString();
 }
 
 TEST_F(CommandLineTest, NewMakesADefinitionWhoseRowsInfoShows)
@@ -186,11 +330,18 @@ TEST_F(CommandLineTest, NewMakesADefinitionWhoseRowsInfoShows)
     EXPECT_EQ(fields[6][QStringLiteral("Aggregate")].toInt(), 1);
     EXPECT_EQ(fields[2][QStringLiteral("Sort")].toInt(), 2);
 
-    // Every order once, seven regions, each closed by a row with its total.
+    // The column title row first, as on paper; then every order once, seven regions, each
+    // closed by a row with its total.
     const QJsonArray rows = json[QStringLiteral("Rows")].toArray();
+    ASSERT_FALSE(rows.isEmpty());
+    EXPECT_EQ(rows[0][QStringLiteral("Style")].toString(), QStringLiteral("Detail Title"));
+    EXPECT_EQ(rows[0][QStringLiteral("Cells")].toArray(),
+              QJsonArray::fromStringList(
+                  {QStringLiteral("Region"), QStringLiteral("Customer"), QStringLiteral("Sales")}));
     int records = 0;
     QStringList closing;
-    for (const QJsonValue& row : rows) {
+    for (qsizetype i = 1; i < rows.size(); ++i) {
+        const QJsonValue row = rows[i];
         if (!row[QStringLiteral("Outline")].toBool()) {
             ++records;
             continue;

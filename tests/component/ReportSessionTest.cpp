@@ -1,11 +1,16 @@
 #include "component/ReportSession.h"
+#include "component/MissingObjects.h"
 #include "production/grid/ReportGridBuilder.h"
 
 #include "MemoryRecordset.h"
 #include "ScriptedPrompt.h"
 #include "TestSupport.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QTemporaryDir>
+
+#include <numeric>
 
 #include <gtest/gtest.h>
 
@@ -189,8 +194,15 @@ TEST_F(ReportSessionTest, FilesThatAreNoDefinitionsFail)
         EXPECT_EQ(session.definition(), before) << name;
     }
     EXPECT_EQ(session.lastReadError()->key, QStringLiteral("Width"));
-    // A folder is no file either.
+    EXPECT_FALSE(session.lastFileError());
+    // A folder is no file either, and what could not be read at all is told apart from what
+    // is no definition.
     EXPECT_FALSE(session.OpenReportFile(dir.path()));
+    EXPECT_EQ(session.lastFileError(),
+              QStringLiteral("'%1' is a folder, not a file").arg(dir.path()));
+    EXPECT_FALSE(session.OpenReportFile(dir.filePath(QStringLiteral("missing.vrd"))));
+    EXPECT_TRUE(session.lastFileError()->endsWith(QStringLiteral("does not exist")));
+    EXPECT_FALSE(session.lastReadError());
 }
 
 TEST(PlacingFields, TakesTheExactNameAndKeepsUnknownOnes)
@@ -229,6 +241,70 @@ TEST_F(ReportSessionTest, TheDefaultLookIsKeptInTheSettingsFileBesideOtherKeys)
     EXPECT_EQ(other.definition().styles[StyleDetailBody].FontName, QStringLiteral("DejaVu Serif"));
     EXPECT_EQ(other.definition().global.Columns, QStringLiteral("3"));
     EXPECT_TRUE(readBytes(session.settingsPath()).startsWith("[mru]\r\n0file=/reports/a.vrd\r\n"));
+}
+
+// The designer opens a definition whose record source or fields are gone and shows what is
+// left (nothing, without the source); what is missing is named for whoever wants to refuse it.
+TEST_F(ReportSessionTest, ADefinitionWithMissingObjectsOpensAndNamesThem)
+{
+    ReportDefinition d = invoices();
+    d.groups = {QStringLiteral("Region")};
+    ASSERT_TRUE(session.OpenReportFile(writeDefinition(d, QStringLiteral("region.vrd"))));
+    EXPECT_EQ(missingObjects(session),
+              QStringList{QStringLiteral("Groups names the field 'Region', which the record "
+                                         "source 'Invoice' does not have")});
+    EXPECT_GT(session.data().grid().recordCount(), 0);
+
+    d.RecordSource = QStringLiteral("Invoices");
+    ASSERT_TRUE(session.OpenReportFile(writeDefinition(d, QStringLiteral("invoices2.vrd"))));
+    EXPECT_EQ(session.data().grid().recordCount(), 0);
+    const QStringList missing = missingObjects(session);
+    ASSERT_EQ(missing.size(), 1);
+    EXPECT_TRUE(missing.first().startsWith(QStringLiteral(
+        "the record source 'Invoices' cannot be opened in 'sqlite_Chinook.sqlite': ")))
+        << missing.first().toStdString();
+
+    ASSERT_TRUE(session.OpenReportFile(definitionPath));
+    EXPECT_TRUE(missingObjects(session).isEmpty());
+}
+
+// A settings file that is there but cannot be read (here a folder) is told, and saving the
+// default style does not put a file of nothing but the style in its place.
+TEST_F(ReportSessionTest, AnUnreadableSettingsFileIsToldAndNotReplaced)
+{
+    ASSERT_TRUE(QDir().mkdir(session.settingsPath()));
+    prompt.messages.clear();
+    session.applyDefaultLook();
+    ASSERT_EQ(prompt.messages.size(), 1);
+    EXPECT_EQ(prompt.messages.first(),
+              QStringLiteral("'%1' is a folder, not a file; the built-in style is used.")
+                  .arg(session.settingsPath()));
+    EXPECT_FALSE(session.SaveDefaultStyle());
+    EXPECT_TRUE(QFileInfo(session.settingsPath()).isDir());
+}
+
+TEST_F(ReportSessionTest, FittedColumnsTakeNoMoreThanThePrintableWidthAndAreStored)
+{
+    ReportDefinition d = invoices();
+    d.details = {QStringLiteral("InvoiceDate"), QStringLiteral("BillingAddress"),
+                 QStringLiteral("BillingCity"), QStringLiteral("Total")};
+    d.fields.append(
+        {QStringLiteral("BillingAddress"), QStringLiteral("Address"), 1, 9, {}, 0, 5000});
+    ASSERT_TRUE(session.OpenReportFile(writeDefinition(d, QStringLiteral("wide.vrd"))));
+    PageDocument document;
+    const auto total = [&] {
+        const std::vector<double> widths = session.columnWidths(document.fonts());
+        return std::accumulate(widths.begin(), widths.end(), 0.0);
+    };
+    const double printable = session.printableWidth(document.setup());
+    ASSERT_GT(total(), printable);
+
+    ASSERT_TRUE(session.fitColumns(document.setup(), document.fonts()));
+    EXPECT_LE(total(), printable);
+    EXPECT_LT(session.definition().fields[2].Width, 5000);
+    EXPECT_TRUE(session.definition().Dirty);
+    // Columns that fit are left alone.
+    EXPECT_FALSE(session.fitColumns(document.setup(), document.fonts()));
 }
 
 TEST_F(ReportSessionTest, RequestsDuringARebuildGiveExactlyOneMorePass)

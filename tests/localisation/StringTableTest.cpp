@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 namespace tabulor {
 namespace {
 
@@ -59,10 +61,33 @@ TEST_F(StringFileTest, MissingFileLeavesTheBuiltInTexts)
     m_table.setFilePath(QString());
     EXPECT_EQ(m_table.LoadStrings(false), std::nullopt);
     expectAllBuiltIn(m_table);
+}
 
-    m_table.setFilePath(m_dir.path()); // a folder cannot be read as a file
-    EXPECT_EQ(m_table.LoadStrings(false), std::nullopt);
-    expectAllBuiltIn(m_table);
+// A folder, a device or a pipe named as the string file is told at once (a pipe would wait for
+// a writer, a device never end), as is a file too large to be one; the built-in texts stay.
+TEST_F(StringFileTest, WhatIsNoStringFileIsToldAndTheBuiltInTextsStay)
+{
+    const QString pipe = m_dir.filePath(QStringLiteral("pipe.str"));
+    ASSERT_EQ(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+    const QString huge = m_dir.filePath(QStringLiteral("huge.str"));
+    QFile file(huge);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.resize(kMaxStringFileBytes + 1));
+    file.close();
+
+    for (const QString& path : {m_dir.path(), pipe, QStringLiteral("/dev/zero"), huge}) {
+        m_table.setFilePath(path);
+        const auto error = m_table.LoadStrings(false);
+        ASSERT_TRUE(error.has_value()) << path.toStdString();
+        EXPECT_TRUE(error->message(path).startsWith(u'\'' + path + u'\''))
+            << error->message(path).toStdString();
+        EXPECT_TRUE(
+            error->message(path).endsWith(QStringLiteral("; the built-in texts are used.")));
+        expectAllBuiltIn(m_table);
+    }
+    m_table.setFilePath(m_dir.path());
+    EXPECT_EQ(m_table.LoadStrings(false)->message(m_dir.path()),
+              QStringLiteral("'%1' is a folder, not a file; the built-in texts are used.")
+                  .arg(m_dir.path()));
 }
 
 TEST_F(StringFileTest, EveryMessageKeyIsReadIntoItsOwnText)
@@ -151,6 +176,8 @@ TEST_F(StringFileTest, KeyOnTheLastLineStopsReadingWithAnError)
     ASSERT_TRUE(error.has_value());
     EXPECT_EQ(error->line, 5);
     EXPECT_EQ(error->key, QStringLiteral("REPORT"));
+    EXPECT_EQ(error->message(QStringLiteral("de.str")),
+              QStringLiteral("de.str: the key 'REPORT' on line 5 has no value."));
     EXPECT_EQ(m_table.text(Message::UNTITLED), QStringLiteral("Ohne Titel"));
     EXPECT_EQ(m_table.text(Message::REPORT), StringTable::builtInText(Message::REPORT));
 

@@ -32,10 +32,10 @@ public:
     }
     // "Name (replaced by Other)" for each face asked for that is not installed.
     QStringList substitutions() const;
-
-private:
+    // The installed face that stands for the one requested: itself, or its replacement.
     QString family(const QString& requested) const;
 
+private:
     mutable QHash<QString, QString> m_families; // requested face -> face used
 };
 

@@ -1,6 +1,7 @@
 #include "production/pages/PageDocument.h"
 
 #include "production/pages/FontCatalog.h"
+#include "production/pages/MissingGlyphs.h"
 #include "production/pages/RichText.h"
 #include "production/pages/TextMeasure.h"
 
@@ -103,7 +104,27 @@ std::vector<DisplayItem>& PageDocument::target()
 
 void PageDocument::draw(DisplayItem item)
 {
+    if (m_warn) {
+        if (const auto* run = std::get_if<TextRun>(&item))
+            checkFonts(*run);
+    }
     target().push_back(std::move(item));
+}
+
+void PageDocument::checkFonts(const TextRun& run)
+{
+    if (!m_checkedFaces.contains(run.font.family)) {
+        m_checkedFaces.insert(run.font.family);
+        const QString used = m_fonts->family(run.font.family);
+        if (used.compare(run.font.family, Qt::CaseInsensitive) != 0) {
+            m_warn(QStringLiteral("the font '%1' is not installed; '%2' is used instead")
+                       .arg(run.font.family, used));
+        }
+    }
+    if (!m_missingGlyphs)
+        m_missingGlyphs = std::make_unique<MissingGlyphs>();
+    for (const QString& message : m_missingGlyphs->newlyMissing(run.text))
+        m_warn(message);
 }
 
 void PageDocument::drawLines(const QStringList& lines, double left, double top, double width)

@@ -6,6 +6,7 @@
 #include "production/pages/PageSetup.h"
 #include "production/pages/PageSink.h"
 
+#include <QSet>
 #include <QString>
 
 #include <functional>
@@ -15,6 +16,7 @@
 namespace tabulor {
 
 class FontCatalog;
+class MissingGlyphs;
 class TextMeasure;
 struct RichText;
 
@@ -42,6 +44,7 @@ public:
 
     // Pages go to sink instead of staying here (null: they stay).
     void setSink(PageSink* sink) { m_sink = sink; }
+    bool keepsPages() const { return m_sink == nullptr; }
 
     // Whether the page header and footer of a report are drawn on this document. The designer's
     // own document always has them; a host's document only when it asks.
@@ -93,7 +96,13 @@ public:
 
     const FontCatalog& fonts() const { return *m_fonts; }
 
+    // Where notes on what is drawn go: a face that is not installed, once per face, with the
+    // one used instead, and characters that no installed font has, once per script. None are
+    // looked for without a handler.
+    void setWarningHandler(std::function<void(const QString&)> warn) { m_warn = std::move(warn); }
+
 private:
+    void checkFonts(const TextRun& run);
     void beginPage();
     void finishPage();
     std::vector<DisplayItem>& target();
@@ -114,6 +123,9 @@ private:
     std::vector<DisplayItem> m_overlay;
     std::shared_ptr<PageHooks> m_newPageHooks;
     std::shared_ptr<PageHooks> m_endDocHooks;
+    std::function<void(const QString&)> m_warn;
+    QSet<QString> m_checkedFaces;
+    std::unique_ptr<MissingGlyphs> m_missingGlyphs; // made when first needed
 };
 
 } // namespace tabulor

@@ -45,8 +45,15 @@ QImage pageImage(const PageDisplayList& page, int dotsPerInch, const FontCatalog
 bool PngOutput::finish(const PageDocument& document, QString* error)
 {
     const std::vector<PageDisplayList>& pages = document.pages();
-    for (int n = std::max(1, m_firstPage);
-         n <= std::min<int>(m_lastPage, static_cast<int>(pages.size())); ++n) {
+    const int pageCount = static_cast<int>(pages.size());
+    const int lastPage = m_lastPage == kLastPage ? pageCount : m_lastPage;
+    if (lastPage > pageCount) {
+        *error = QStringLiteral("page %1 was asked for, and the report has %2 page(s)")
+                     .arg(lastPage)
+                     .arg(pageCount);
+        return false;
+    }
+    for (int n = std::max(1, m_firstPage); n <= lastPage; ++n) {
         QString path = m_pattern;
         path.replace(QStringLiteral("%d"), QString::number(n));
         QByteArray bytes;

@@ -7,6 +7,8 @@
 #include <QImage>
 #include <QString>
 
+#include <limits>
+
 namespace tabulor {
 
 class FontCatalog;
@@ -16,8 +18,11 @@ class FontCatalog;
 class TABULOR_EXPORT PngOutput : public ReportOutput
 {
 public:
-    // firstPage and lastPage choose the pages (1-based, inclusive); pages beyond the
-    // document's last are not there to be written.
+    // A lastPage that means the document's last page, whichever that is.
+    static constexpr int kLastPage = std::numeric_limits<int>::max();
+
+    // firstPage and lastPage choose the pages (1-based, inclusive). A range that reaches
+    // beyond the document's last page is refused at the end, with nothing written.
     PngOutput(QString pattern, int dotsPerInch, int firstPage, int lastPage);
 
     [[nodiscard]] bool start(QString* error) override;

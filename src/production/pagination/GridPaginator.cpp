@@ -22,7 +22,7 @@ GridPaginator::GridPaginator(PageDocument& document, const OutlineGrid& grid,
                              const GridLayout& layout, const ReportDefinition& definition)
     : m_document(document), m_layout(layout), m_definition(definition)
 {
-    m_columns = std::clamp(document.setup().columns, 1, 16);
+    m_columns = std::clamp(document.setup().columns, 1, kMostColumns);
     m_columnWidth = (document.setup().printableWidth() - (m_columns - 1) * kColumnGap) / m_columns;
     for (int column : grid.reportColumns())
         m_alignments.push_back(grid.column(column).alignment);

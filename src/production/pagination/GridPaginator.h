@@ -14,8 +14,9 @@ namespace tabulor {
 class GridPaginator
 {
 public:
-    // Space between newspaper columns.
+    // Space between newspaper columns, and the most columns a page is divided into.
     static constexpr double kColumnGap = 360;
+    static constexpr int kMostColumns = 20;
 
     // grid gives the report columns.
     GridPaginator(PageDocument& document, const OutlineGrid& grid, const GridLayout& layout,

@@ -65,6 +65,7 @@ void ReportData::LoadRowsIntoGrid()
     }
     m_grid.clear();
     m_totalRowCount = m_loadedRowCount = 1;
+    m_recordSourceError.clear();
     if (!m_recordSourceOpen || !m_database)
         return;
 
@@ -76,6 +77,7 @@ void ReportData::LoadRowsIntoGrid()
         &error);
     if (!records) {
         m_recordSourceOpen = false;
+        m_recordSourceError = error;
         return;
     }
     copyRows(*records, recordLimit);

@@ -38,6 +38,9 @@ public:
     Recordset* hostRecordset() const { return m_hostRecordset; }
 
     bool RecordSourceOpen() const { return m_recordSourceOpen; }
+    // Why the record source could not be opened when the rows were last loaded, as the
+    // database told it; empty when it opened or was not tried.
+    const QString& recordSourceError() const { return m_recordSourceError; }
     bool UnlimitedRows() const { return m_unlimitedRows; }
     void setUnlimitedRows(bool unlimited) { m_unlimitedRows = unlimited; }
 
@@ -74,6 +77,7 @@ private:
     QString m_definitionPath;
     QString m_databaseShortName;
     QString m_recordSourceName;
+    QString m_recordSourceError;
     qint64 m_totalRowCount = 0;
     qint64 m_loadedRowCount = 0;
     QList<RecordSourceEntry> m_recordSources;

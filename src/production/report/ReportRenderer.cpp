@@ -1,6 +1,7 @@
 #include "production/report/ReportRenderer.h"
 
 #include "production/report/GridBodyRows.h"
+#include "production/report/LayoutLimits.h"
 #include "production/report/ReportColumns.h"
 #include "production/richtext/RtfReader.h"
 
@@ -41,10 +42,15 @@ void ReportRenderer::RenderReport(PageDocument& document, BodyRows& rows)
         if (d.OverlayHeadersAndFooters)
             OverlayHeadersAndFooters(d);
     });
+    document.setWarningHandler(m_warn);
+    PageSetup oriented = document.setup();
+    oriented.orientation = m_definition.global.Orientation;
+    m_definition = layoutableDefinition(m_definition, oriented.pageSize(), m_warn);
     const GlobalSettings& g = m_definition.global;
     m_hasRows = !rows.empty();
-    if (!m_hasRows) {
-        // Nothing to show: what the document showed before goes.
+    if (!m_hasRows && document.keepsPages()) {
+        // Nothing to show: what the document showed before goes. Pages that went to a sink
+        // are gone already, and an empty one sent now would stand before the report.
         document.StartDoc();
         document.EndDoc();
     }
@@ -72,6 +78,7 @@ void ReportRenderer::RenderReport(PageDocument& document, BodyRows& rows)
     rows.writeTo(body);
     body.finish();
     document.EndDoc();
+    document.setWarningHandler(nullptr);
 }
 
 void ReportRenderer::OverlayHeadersAndFooters(PageDocument& document)

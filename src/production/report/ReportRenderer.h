@@ -6,6 +6,8 @@
 #include "production/report/BodyRows.h"
 #include "production/report/Tokens.h"
 
+#include <functional>
+
 namespace tabulor {
 
 // Renders a report into a page document: the page set up from the definition, the report
@@ -21,6 +23,10 @@ public:
     ReportRenderer(const ReportDefinition& definition, const OutlineGrid& grid,
                    TokenContext context);
 
+    // Where warnings about the report go as it is rendered: values of the definition that
+    // cannot be laid out (see layoutableDefinition). None are told without one.
+    void setWarningHandler(std::function<void(const QString&)> warn) { m_warn = std::move(warn); }
+
     // Renders the rows of the grid.
     void RenderReport(PageDocument& document);
     // Renders rows that come from elsewhere, shown in the grid's report columns.
@@ -33,8 +39,10 @@ private:
     void drawHeaderLine(PageDocument& document, const QString& expanded, int page, int style,
                         bool header) const;
 
-    const ReportDefinition& m_definition;
+    // The definition as it is laid out: values that cannot be are replaced while rendering.
+    ReportDefinition m_definition;
     const OutlineGrid& m_grid;
+    std::function<void(const QString&)> m_warn;
     TokenContext m_context;
     bool m_hasRows;
 };

@@ -115,3 +115,39 @@ TEST(PageHeaders, ShowAtMostThreePartsAndNothingForEmptyOnes)
         texts(renderedPage(QString(), QStringLiteral("<rs>"), QString(), QString()));
     EXPECT_TRUE(find(literal, QStringLiteral("<rs>")));
 }
+
+namespace {
+
+struct CountingSink : PageSink
+{
+    void addPage(PageDisplayList&&) override { ++pages; }
+    void addOverlay(int, std::vector<DisplayItem>&&) override {}
+    int pages = 0;
+};
+
+} // namespace
+
+// A report without records is one page, its title and column titles, whether the pages stay
+// in the document or go to an output as they are made.
+TEST(ReportWithoutRecords, IsOnePageWithoutABlankOneBeforeIt)
+{
+    OutlineGrid grid;
+    GridColumn column;
+    column.title = QStringLiteral("name");
+    grid.setColumns({column});
+    ReportDefinition d;
+    ApplyBuiltInStyles(d, {QStringLiteral("Nobody"), QString(), QString()});
+    d.details = {QStringLiteral("name")};
+    buildReportGrid(grid, d, QCollator());
+
+    PageDocument kept;
+    ReportRenderer(d, grid, TokenContext()).RenderReport(kept);
+    ASSERT_EQ(kept.PageCount(), 1);
+    EXPECT_TRUE(find(texts(kept.pages().front()), QStringLiteral("Nobody")));
+
+    PageDocument streamed;
+    CountingSink sink;
+    streamed.setSink(&sink);
+    ReportRenderer(d, grid, TokenContext()).RenderReport(streamed);
+    EXPECT_EQ(sink.pages, 1);
+}

@@ -2,14 +2,15 @@
 # Runs the fuzz targets of a tree built with TABULOR_FUZZ, one after the other, each for a while,
 # starting from its committed corpus and the inputs it once failed on and keeping what it finds
 # in a scratch folder. A crash, leak, time-out or broken promise fails the run; the input is
-# kept under <tree>/fuzz-artifacts/<name>/ and the log names it.
+# kept under <tree>/fuzz-artifacts/<name>/ and the log names it. Once the fault is fixed, the
+# input goes to tests/fuzz/regressions/<name>/, which the ordinary test suite replays.
 #
 #   tests/fuzz/run.sh [--seconds N] [--keep-going] [--merge] <tree> [name...]
 #
 # --keep-going runs on past a failure, in a child process that libFuzzer restarts, so that a
 # long run collects every failing input it meets rather than stopping at the first.
-# --merge folds what the run found into the committed corpus, keeping only the inputs that add
-# coverage: how the corpus is grown after a long run.
+# --merge folds what the run found into the committed corpus, adding only the inputs that add
+# coverage: how the corpus is grown after a long run (keep it small: a few hundred KB in all).
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
@@ -68,12 +69,10 @@ while read -r name program corpus dictionary regressions; do
     grep -E '^stat::(number_of_executed_units|new_units_added|peak_rss_mb)|cov: ' \
         "$scratch/$name.log" | tail -4 || true
     if [ $merge -eq 1 ]; then
-        mkdir -p "$scratch/$name.merged"
-        "$program" -merge=1 -close_fd_mask=1 "$scratch/$name.merged" "$corpus" "$scratch/$name" \
-            2>"$scratch/$name.merge.log"
-        rm -f "$corpus"/*
-        cp "$scratch/$name.merged"/* "$corpus"/
-        echo "   corpus: $(ls "$corpus" | wc -l) inputs, $(du -sk "$corpus" | cut -f1) KB"
+        # Merged into the corpus itself, which keeps its inputs and their names and gains only
+        # those of the run's that reach something none of them does.
+        "$program" -merge=1 -close_fd_mask=1 "$corpus" "$scratch/$name" 2>"$scratch/$name.merge.log"
+        echo "   corpus: $(find "$corpus" -type f | wc -l) inputs, $(du -sk "$corpus" | cut -f1) KB"
     fi
 done <"$table"
 exit $status

@@ -6,6 +6,7 @@ set -euo pipefail
 
 packages=(
     build-essential cmake ninja-build ccache pkg-config git clang-format clang-tidy
+    clang libclang-rt-dev
     qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite qt6-qpa-plugins libgl1-mesa-dev
     libgtest-dev googletest
     sqlite3 libsqlite3-dev python3

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs, checks the formatting, builds and runs every test: the normal build, then the same
-# tests built with AddressSanitizer and UndefinedBehaviorSanitizer. A formatting fault is told
-# at once but fails the run only at the end, so that it never hides what the tests say.
+# tests built with AddressSanitizer and UndefinedBehaviorSanitizer, then a short run of each
+# fuzz target. A formatting fault is told at once but fails the run only at the end, so that it
+# never hides what the tests say.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh
@@ -56,6 +57,17 @@ for variant in "" --sanitize; do
     echo "== tests of preset $preset"
     ctest --preset "$preset" -j "$(nproc)" || status=1
 done
+
+# The fuzz targets are built with clang in build-fuzz/, only they and the layers they link, and
+# each runs for TABULOR_FUZZ_SECONDS (30) from its corpus.
+echo "== fuzzing"
+CC=clang CXX=clang++ cmake -S . -B build-fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+    -DTABULOR_SANITIZE=ON -DTABULOR_FUZZ=ON >/dev/null
+if cmake --build build-fuzz -j "$(nproc)" --target tabulor_fuzz_programs; then
+    tests/fuzz/run.sh --seconds "${TABULOR_FUZZ_SECONDS:-30}" build-fuzz || status=1
+else
+    status=1
+fi
 
 [ $formatted -eq 1 ] || report_formatting
 exit $status

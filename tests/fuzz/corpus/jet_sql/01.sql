@@ -1,0 +1,1 @@
+SELECT DISTINCT o.OrderID, Customer AS Who FROM Orders AS o INNER JOIN [Order Details] AS d ON o.OrderID = d.OrderID WHERE Freight > 10 ORDER BY 1 DESC

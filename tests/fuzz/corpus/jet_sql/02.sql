@@ -1,0 +1,1 @@
+SELECT TOP 2 PERCENT Customer, Count(*) AS N FROM Orders GROUP BY Customer HAVING Count(*) >= 1

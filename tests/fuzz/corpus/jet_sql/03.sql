@@ -1,0 +1,1 @@
+SELECT IIf(Shipped, 'yes', 'no') & ' ' & Format(OrderDate, 'yyyy-mm-dd'), Nz(Weight, 0) FROM Orders WHERE OrderDate BETWEEN #1996-07-01# AND #7/31/1996#

@@ -1,0 +1,1 @@
+SELECT OrderID FROM Orders WHERE Customer LIKE 'V*' OR Customer IN ('A', "B") UNION ALL SELECT OrderID FROM [Order Details]

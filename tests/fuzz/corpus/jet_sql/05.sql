@@ -1,0 +1,1 @@
+SELECT Left(Customer, 2), Mid$(Customer, 2, 3), UCase(Customer), Len(Customer), Int(Freight) Mod 3, 7 \ 2, 2 ^ 10 FROM Orders

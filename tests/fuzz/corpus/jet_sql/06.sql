@@ -1,0 +1,1 @@
+SELECT * FROM Orders LEFT JOIN [Order Details] ON Orders.OrderID = [Order Details].OrderID WHERE Notes IS NULL AND NOT Shipped;

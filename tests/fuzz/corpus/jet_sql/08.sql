@@ -1,0 +1,1 @@
+[Customer] & " - " & DatePart("yyyy", [OrderDate])

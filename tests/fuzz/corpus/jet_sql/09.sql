@@ -1,0 +1,1 @@
+Switch(Weight > 1, 'heavy', True, 'light')

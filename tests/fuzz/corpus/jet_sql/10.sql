@@ -1,0 +1,1 @@
+SELECT o.* FROM (SELECT * FROM Orders) AS o WHERE o.OrderID = (SELECT Max(OrderID) FROM Orders)

@@ -1,0 +1,1 @@
+SELECT CStr(OrderID), CLng('12'), CDbl(Weight), CCur(Freight), DateAdd('d', 1, OrderDate), DateDiff('m', OrderDate, Now()) FROM Orders

@@ -6,18 +6,15 @@
 #include "commands/StatusLine.h"
 #include "component/ReportSession.h"
 #include "component/Tabulor.h"
-#include "production/grid/ReportGridBuilder.h"
 #include "production/pages/FontCatalog.h"
 #include "production/pages/PageDocument.h"
 #include "production/pages/PreviewNavigation.h"
-#include "production/pagination/FitToPage.h"
 #include "production/report/ReportColumns.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QLocale>
 
 namespace tabulor {
 
@@ -384,27 +381,8 @@ void DesignerCommands::mRefresh_Click()
 
 void DesignerCommands::mAutoFit_Click()
 {
-    ReportDefinition& d = m_session.definition();
-    OutlineGrid& grid = m_session.data().grid();
-    const std::vector<double> widths =
-        reportColumnWidths(grid, d, m_document->fonts(), FormatLocale::fromQLocale(QLocale()));
-    PageSetup page = m_document->setup();
-    applyPageSettings(page, d.global);
-    const std::optional<std::vector<double>> fitted =
-        fitColumnsToPage(widths, page.printableWidth());
-    if (!fitted)
-        return;
-    // The widths are stored in the fields, and the grid takes them from there.
-    m_session.changeDefinition(
-        QStringLiteral("Fit Report to Page"), [&](ReportDefinition& definition, QStringList&) {
-            for (size_t c = 0; c < fitted->size(); ++c) {
-                const int field = FindField(
-                    definition.fields, grid.column(grid.reportColumns().at(qsizetype(c))).title);
-                if (field >= 0)
-                    definition.fields[field].Width = static_cast<float>((*fitted)[c]);
-            }
-        });
-    Q_EMIT stateChanged();
+    if (m_session.fitColumns(m_document->setup(), m_document->fonts()))
+        Q_EMIT stateChanged();
 }
 
 void DesignerCommands::mDefault_Click()

@@ -420,15 +420,17 @@ bool ReportSession::fitColumns(const PageSetup& page, const FontCatalog& fonts)
     if (!fitted)
         return false;
     OutlineGrid& grid = m_data.grid();
-    for (size_t c = 0; c < fitted->size(); ++c) {
-        GridColumn& column = grid.column(grid.reportColumns().at(static_cast<qsizetype>(c)));
-        column.width = static_cast<float>((*fitted)[c]);
-        const int field = FindField(m_definition.fields, column.title);
-        if (field >= 0)
-            m_definition.fields[field].Width = column.width;
-    }
-    m_definition.Dirty = true;
-    rebuildReport();
+    changeDefinition(QStringLiteral("Fit Report to Page"), [&](ReportDefinition& definition,
+                                                               QStringList&) {
+        for (size_t c = 0; c < fitted->size(); ++c) {
+            GridColumn& column = grid.column(grid.reportColumns().at(static_cast<qsizetype>(c)));
+            // A column without a field entry keeps its width in the grid.
+            column.width = static_cast<float>((*fitted)[c]);
+            const int field = FindField(definition.fields, column.title);
+            if (field >= 0)
+                definition.fields[field].Width = column.width;
+        }
+    });
     return true;
 }
 

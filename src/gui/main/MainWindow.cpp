@@ -81,6 +81,10 @@ MainWindow::MainWindow(ReportSession& session, DesignerCommands& commands, QWidg
     connect(escape, &QShortcut::activated, &commands, [this] { m_commands.Form_KeyPress(27); });
     connect(&commands, &DesignerCommands::stateChanged, this, &MainWindow::showState);
     connect(&commands, &DesignerCommands::statusChanged, this, &MainWindow::showStatus);
+    // A font that is missing or a value brought into range while the preview is rendered is
+    // told over the status line for a while; the status line comes back after it.
+    connect(&session, &ReportSession::renderWarning, this,
+            [this](const QString& text) { statusBar()->showMessage(text, 10000); });
     connect(&commands, &DesignerCommands::previewRendered, m_preview,
             &PreviewView::documentRendered);
     connect(&commands, &DesignerCommands::aboutRequested, this, &MainWindow::showAbout);

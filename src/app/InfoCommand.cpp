@@ -5,6 +5,7 @@
 #include "production/grid/GridText.h"
 
 #include <QCommandLineParser>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLocale>
@@ -171,6 +172,10 @@ int runInfo(const QStringList& arguments)
         session.data().setUnlimitedRows(true);
         session.data().LoadRowsIntoGrid();
         session.rebuildReport();
+    }
+    if (!session.data().readError().isEmpty()) {
+        printError(QStringLiteral("tabulor: warning: %1: %2")
+                       .arg(QFileInfo(path).fileName(), session.data().readError()));
     }
 
     if (parser.isSet(json)) {

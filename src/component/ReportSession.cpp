@@ -261,7 +261,8 @@ void ReportSession::OpenDataSource(const QString& databasePath, const QString& r
     m_data.OpenDataSource(databasePath, recordSourceName, definitionPath, std::move(opened));
     rebuildReport();
     Q_EMIT busyChanged(false);
-    UpdateStatus(QString());
+    // The working view shows the rows read before a damaged part, and the status says why.
+    UpdateStatus(m_data.readError());
 }
 
 void ReportSession::selectRecordSource(const QString& name)
@@ -383,6 +384,7 @@ void ReportSession::reloadData()
     m_data.LoadRowsIntoGrid();
     applyStoredWidths();
     rebuildReport();
+    UpdateStatus(m_data.readError());
 }
 
 void ReportSession::resizeColumn(int gridColumn, float width)
@@ -479,6 +481,7 @@ void ReportSession::renderFullReport(PageDocument& document)
             m_collator, FormatLocale::fromQLocale(QLocale()));
         if (streamed) {
             renderRows(document, *streamed);
+            stopOnReadError(document, streamed->readError());
             return;
         }
     }
@@ -487,8 +490,19 @@ void ReportSession::renderFullReport(PageDocument& document)
     m_data.LoadRowsIntoGrid();
     applyStoredWidths();
     rebuildReport();
-    RenderReport(document);
+    if (m_data.readError().isEmpty())
+        RenderReport(document);
+    stopOnReadError(document, m_data.readError());
     m_data.setUnlimitedRows(false);
+}
+
+void ReportSession::stopOnReadError(PageDocument& document, const QString& readError)
+{
+    if (readError.isEmpty())
+        return;
+    document.stop();
+    UpdateStatus(QString());
+    tellUser(readError, PromptIcon::Warning);
 }
 
 } // namespace tabulor

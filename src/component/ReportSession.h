@@ -136,7 +136,9 @@ public:
     // Renders the report over every record. A database that can sort the record source
     // streams the records in report order and the working view stays as it is; otherwise
     // every record is loaded and the report rebuilt over them, and the working view's partial
-    // data is not loaded back.
+    // data is not loaded back. A record source that cannot be read to the end (a damaged
+    // database) stops the document, and the user is told why: a report over part of the
+    // records is never handed out as the whole.
     void renderFullReport(PageDocument& document);
 
     // Where dates and times in titles, headers and footers come from.
@@ -162,6 +164,8 @@ Q_SIGNALS:
 private:
     // RenderReport with the body rows given.
     void renderRows(PageDocument& document, BodyRows& rows);
+    // Stops the document and tells the user when the records stopped short for readError.
+    void stopOnReadError(PageDocument& document, const QString& readError);
     bool ReadReportFile(const QString& path, const ProfileFile& file,
                         const std::optional<QString>& database);
     // The database a definition names, or null after telling the user why it cannot be opened.

@@ -1,5 +1,7 @@
 #include "definition/DefinitionFile.h"
 
+#include "DamagedFiles.h"
+#include "SqliteFixture.h"
 #include "TestSupport.h"
 
 #include <QImage>
@@ -30,10 +32,9 @@ protected:
     void SetUp() override
     {
         copyInto(dir, sharedDataPath(QStringLiteral("sqlite_Chinook.sqlite")));
-        ReportDefinition d;
-        ApplyBuiltInStyles(d, {QStringLiteral("Tracks"), QStringLiteral("<p>"), QString()});
-        d.DataBaseName = QStringLiteral("sqlite_Chinook.sqlite");
-        d.RecordSource = QStringLiteral("Track");
+        ReportDefinition d =
+            definitionOver(QStringLiteral("sqlite_Chinook.sqlite"), QStringLiteral("Track"),
+                           {QStringLiteral("Name"), QStringLiteral("Milliseconds")});
         d.fields = {{QStringLiteral("Composer"),
                      QString::fromUtf8("Compositeur \xC3\xA9"),
                      1,
@@ -42,10 +43,28 @@ protected:
                      0,
                      0}};
         d.groups = {QStringLiteral("Composer")};
-        d.details = {QStringLiteral("Name"), QStringLiteral("Milliseconds")};
-        definition = dir.filePath(QStringLiteral("tracks.vrd"));
+        definition = write(d, QStringLiteral("tracks.vrd"));
+    }
+
+    // A report titled "Tracks" listing the details of a record source.
+    static ReportDefinition definitionOver(const QString& database, const QString& source,
+                                           const QStringList& details)
+    {
+        ReportDefinition d;
+        ApplyBuiltInStyles(d, {QStringLiteral("Tracks"), QStringLiteral("<p>"), QString()});
+        d.DataBaseName = database;
+        d.RecordSource = source;
+        d.details = details;
+        return d;
+    }
+
+    // Writes a definition into the test's folder; its path.
+    QString write(const ReportDefinition& d, const QString& fileName)
+    {
+        const QString path = dir.filePath(fileName);
         QString error;
-        ASSERT_TRUE(WriteReportFile(d, definition, &error));
+        EXPECT_TRUE(WriteReportFile(d, path, &error)) << error.toStdString();
+        return path;
     }
 
     ToolRun run(const QStringList& arguments,
@@ -186,6 +205,46 @@ TEST_F(CommandLineTest, MissingSourcesAndFieldsStopTheReportAndInfoWarns)
     EXPECT_TRUE(info.err.startsWith(
         QStringLiteral("tabulor: warning: no-field.vrd: Details names the field 'Seconds'")));
     EXPECT_TRUE(info.out.contains(QStringLiteral("Details:          Name, Seconds")));
+}
+
+// A database that cannot be read to the end gives no report: neither records streamed in
+// report order (SQLite) nor records loaded whole before the layout (Jet).
+TEST_F(CommandLineTest, ADamagedDatabaseStopsTheReportAndLeavesTheFileAsItWas)
+{
+    const QString lines = dir.filePath(QStringLiteral("lines.sqlite"));
+    createDatabase(lines, "PRAGMA page_size = 4096;"
+                          "CREATE TABLE Lines (Id INTEGER PRIMARY KEY, Text TEXT);"
+                          "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n"
+                          " WHERE i < 4000) INSERT INTO Lines SELECT i, printf('%0100d', i)"
+                          " FROM n;");
+    damageMiddlePage(lines);
+    const QString linesReport =
+        write(definitionOver(QStringLiteral("lines.sqlite"), QStringLiteral("Lines"),
+                             {QStringLiteral("Id"), QStringLiteral("Text")}),
+              QStringLiteral("lines.vrd"));
+    ASSERT_GT(damageJetTables(copyInto(dir, sharedDataPath(QStringLiteral("jet4_Northwind.mdb")))),
+              0);
+    const QString ordersReport =
+        write(definitionOver(QStringLiteral("jet4_Northwind.mdb"), QStringLiteral("Order Details"),
+                             {QStringLiteral("OrderID"), QStringLiteral("Quantity")}),
+              QStringLiteral("orders.vrd"));
+    const QString pdf = dir.filePath(QStringLiteral("kept.pdf"));
+    writeBytes(pdf, "an earlier report");
+
+    for (const QString& report : {linesReport, ordersReport}) {
+        const ToolRun r = run({QStringLiteral("render"), report, QStringLiteral("-o"), pdf});
+        EXPECT_EQ(r.status, 1) << report.toStdString();
+        EXPECT_TRUE(r.err.contains(QStringLiteral("is damaged"))) << r.err.toStdString();
+        EXPECT_EQ(readBytes(pdf), QByteArray("an earlier report"));
+    }
+
+    // info shows the rows read before the damage, and says why there are no more.
+    const ToolRun info = run({QStringLiteral("info"), linesReport, QStringLiteral("--rows"),
+                              QStringLiteral("5"), QStringLiteral("--all")});
+    EXPECT_EQ(info.status, 0);
+    EXPECT_TRUE(info.err.startsWith(QStringLiteral("tabulor: warning: lines.vrd: The database '")))
+        << info.err.toStdString();
+    EXPECT_TRUE(info.out.contains(QStringLiteral("0000000004"))) << info.out.toStdString();
 }
 
 TEST_F(CommandLineTest, ValuesThatCannotBeLaidOutAreRenderedWithAWarning)

@@ -66,6 +66,7 @@ void ReportData::LoadRowsIntoGrid()
     m_grid.clear();
     m_totalRowCount = m_loadedRowCount = 1;
     m_recordSourceError.clear();
+    m_readError.clear();
     if (!m_recordSourceOpen || !m_database)
         return;
 
@@ -93,6 +94,7 @@ void ReportData::LoadRowsFromRecordset()
 {
     m_grid.clear();
     m_totalRowCount = m_loadedRowCount = 0;
+    m_readError.clear();
     if (!m_recordSourceOpen || !m_hostRecordset)
         return;
     Recordset& source = *m_hostRecordset;
@@ -117,12 +119,14 @@ void ReportData::copyRows(Recordset& source, qsizetype recordLimit)
     }
     m_grid.setColumns(columns);
 
-    // A failed move ends the copy; the rows copied so far stay.
+    // A failed move ends the copy; the rows copied so far stay, and a reason beyond the end
+    // of the rows is kept.
     bool ok = source.moveFirst();
     while (ok && !source.atEnd() && (recordLimit < 0 || m_grid.recordCount() < recordLimit)) {
         m_grid.appendRow(source);
         ok = source.moveNext();
     }
+    m_readError = source.readError();
 }
 
 } // namespace tabulor

@@ -27,7 +27,8 @@ public:
                         std::unique_ptr<DataSource> opened = nullptr);
 
     // Fills the grid from the current source: at most 250 rows unless UnlimitedRows is set. A
-    // record source that cannot be opened leaves RecordSourceOpen() false.
+    // record source that cannot be opened leaves RecordSourceOpen() false; one that cannot be
+    // read to the end keeps the rows read before, and readError() says why.
     void LoadRowsIntoGrid();
     void LoadRowsFromRecordset();
 
@@ -41,6 +42,9 @@ public:
     // Why the record source could not be opened when the rows were last loaded, as the
     // database told it; empty when it opened or was not tried.
     const QString& recordSourceError() const { return m_recordSourceError; }
+    // Why the rows stopped before the end of the record source when they were last loaded
+    // (the database is damaged or could not be read to the end); empty when none stopped so.
+    const QString& readError() const { return m_readError; }
     bool UnlimitedRows() const { return m_unlimitedRows; }
     void setUnlimitedRows(bool unlimited) { m_unlimitedRows = unlimited; }
 
@@ -78,6 +82,7 @@ private:
     QString m_databaseShortName;
     QString m_recordSourceName;
     QString m_recordSourceError;
+    QString m_readError;
     qint64 m_totalRowCount = 0;
     qint64 m_loadedRowCount = 0;
     QList<RecordSourceEntry> m_recordSources;

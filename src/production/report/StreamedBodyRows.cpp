@@ -91,6 +91,8 @@ bool StreamedBodyRows::readGrandTotals(DataSource& database, const QString& reco
         ok = records->moveNext();
     }
     m_chunk.keepRecords({});
+    if (!records->readError().isEmpty())
+        return false;
     for (size_t t = 0; t < totals.size(); ++t)
         m_grandTotals[t] = all[t].sum();
     return true;
@@ -129,6 +131,10 @@ void StreamedBodyRows::produceRows(BoundedQueue<std::vector<BodyRow>>& queue)
             return;
         ok = m_records->moveNext() && !m_records->atEnd();
     }
+    // The totals of records that could not all be read would be wrong, so none are made.
+    m_readError = m_records->readError();
+    if (!m_readError.isEmpty())
+        return;
     grouped.finish();
     queue.push(takeRows(grouped, text));
 }

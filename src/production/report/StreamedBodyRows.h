@@ -36,12 +36,17 @@ public:
 
     bool empty() const override { return m_records->atEnd(); }
     void writeTo(ReportBody& body) override;
+    // Why the records stopped before the end of the record source, once writeTo returned: the
+    // rows written then end there, without the closing rows of the open groups. Empty when
+    // every record was read.
+    const QString& readError() const { return m_readError; }
 
 private:
     StreamedBodyRows(std::unique_ptr<Recordset> records, const OutlineGrid& report,
                      const ReportDefinition& definition, FormatLocale locale);
 
-    // Reads the whole record source once for the grand totals that Percent needs.
+    // Reads the whole record source once for the grand totals that Percent needs; false when
+    // it cannot be read to the end.
     bool readGrandTotals(DataSource& database, const QString& recordSource);
     // Reads every record, and queues the rows chunk by chunk until the queue is cancelled.
     void produceRows(BoundedQueue<std::vector<BodyRow>>& queue);
@@ -53,6 +58,7 @@ private:
     FormatLocale m_locale;
     OutlineGrid m_chunk;
     std::vector<double> m_grandTotals; // per entry of the plan's totals
+    QString m_readError;
 };
 
 } // namespace tabulor

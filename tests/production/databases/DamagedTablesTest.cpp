@@ -1,11 +1,9 @@
+#include "DamagedFiles.h"
 #include "SqliteFixture.h"
 #include "TestSupport.h"
 
 #include "production/data/Recordset.h"
 #include "production/databases/OpenDatabase.h"
-
-#include <QMap>
-#include <QtEndian>
 
 #include <gtest/gtest.h>
 
@@ -67,27 +65,12 @@ TEST(DamagedTables, ReadingStopsAtADamagedPageOfTheEmbeddedEngineWithAMessage)
     ASSERT_EQ(whole.rows, 4000);
     EXPECT_TRUE(whole.readError.isEmpty());
 
-    QByteArray bytes = readBytes(path);
-    const qsizetype middlePage = bytes.size() / 4096 / 2;
-    bytes[middlePage * 4096] = char(0x77); // no kind of page
-    writeBytes(path, bytes);
+    damageMiddlePage(path);
     const ReadOutcome damaged = readToTheEnd(path, "Lines");
     EXPECT_GT(damaged.rows, 0);
     EXPECT_LT(damaged.rows, 4000);
     EXPECT_TRUE(damaged.readError.contains("is damaged")) << damaged.readError.toStdString();
     EXPECT_TRUE(damaged.readError.contains(path)) << damaged.readError.toStdString();
-}
-
-// The data pages of a Jet file by the table definition page that owns them, in file order.
-QMap<quint32, QList<qsizetype>> jetDataPages(const QByteArray& bytes, int pageSize)
-{
-    QMap<quint32, QList<qsizetype>> pages;
-    for (qsizetype page = 1; page < bytes.size() / pageSize; ++page) {
-        const auto* start = reinterpret_cast<const uchar*>(bytes.constData() + page * pageSize);
-        if (start[0] == 0x01)
-            pages[qFromLittleEndian<quint32>(start + 4)].append(page);
-    }
-    return pages;
 }
 
 TEST(DamagedTables, ReadingStopsAtAJetPageThatIsNotTheTablesWithOurMessageOnly)
@@ -96,20 +79,8 @@ TEST(DamagedTables, ReadingStopsAtAJetPageThatIsNotTheTablesWithOurMessageOnly)
     const QString path = copyInto(dir, sharedDataPath("jet4_Northwind.mdb"));
     ASSERT_EQ(readToTheEnd(path, "Order Details").rows, 2155);
 
-    // Every table of more than a few pages (Order Details among them) gets a page in the
-    // middle whose owner is no table; the object table, defined on page 2, is spared.
-    QByteArray bytes = readBytes(path);
-    const QMap<quint32, QList<qsizetype>> pages = jetDataPages(bytes, 4096);
-    int damagedTables = 0;
-    for (auto owned = pages.cbegin(); owned != pages.cend(); ++owned) {
-        if (owned.key() == 2 || owned->size() < 4)
-            continue;
-        qToLittleEndian<quint32>(0x00abcdef,
-                                 bytes.data() + owned->at(owned->size() / 2) * 4096 + 4);
-        ++damagedTables;
-    }
-    ASSERT_GT(damagedTables, 0);
-    writeBytes(path, bytes);
+    // Order Details is among the tables spanning enough pages to get a damaged one.
+    ASSERT_GT(damageJetTables(path), 0);
 
     const ReadOutcome damaged = readToTheEnd(path, "Order Details");
     EXPECT_GT(damaged.rows, 0);

@@ -86,7 +86,7 @@ bool loadDefinition(ReportSession& session, const QString& path,
     }
     session.tellUser(session.invalidFileMessage(path));
     if (const auto& fault = session.lastReadError())
-        printError(fault->message());
+        printError(session.strings().readErrorMessage(*fault));
     return false;
 }
 

@@ -365,7 +365,7 @@ int tabulor_do_report(tabulor_component* component, const char* path, tabulor_do
         QStringList messages = c.prompt.messages();
         if (!loaded) {
             if (const auto& fault = tabulor.session().lastReadError())
-                messages.append(fault->message());
+                messages.append(tabulor.session().strings().readErrorMessage(*fault));
             return failure(TABULOR_ERROR_DEFINITION, messages.join(u'\n'));
         }
         if (output && output->document.stopped())

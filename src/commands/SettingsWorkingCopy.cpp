@@ -12,12 +12,7 @@ SettingsWorkingCopy::SettingsWorkingCopy(ReportSession& session) : m_session(ses
 
 void SettingsWorkingCopy::load()
 {
-    if (const auto fault = m_session.strings().LoadStrings(true, &m_session.captions())) {
-        m_session.tellUser(QStringLiteral("%1: the key '%2' on line %3 has no value.")
-                               .arg(m_session.strings().filePath(), fault->key)
-                               .arg(fault->line),
-                           PromptIcon::Warning);
-    }
+    m_session.loadStrings(true);
     const ReportDefinition& definition = m_session.definition();
     m_global = definition.global;
     m_styles = definition.styles;

@@ -78,8 +78,13 @@ void ReportSession::ResetDefinition()
 void ReportSession::loadDesigner()
 {
     applyDefaultLook();
-    if (const auto fault = m_strings.LoadStrings(false))
-        tellUser(fault->message(m_strings.filePath()), PromptIcon::Warning);
+    loadStrings(false);
+}
+
+void ReportSession::loadStrings(bool applyCaptions)
+{
+    if (const auto fault = m_strings.LoadStrings(applyCaptions, &m_captions))
+        tellUser(m_strings.faultMessage(*fault), PromptIcon::Warning);
 }
 
 void ReportSession::applyDefaultLook()
@@ -93,14 +98,12 @@ void ReportSession::applyDefaultLook()
         // No settings file: the built-in look stands. One that is there but cannot be read
         // (a folder, a pipe, a huge file) is worth a word.
         if (QFileInfo::exists(m_settingsPath))
-            tellUser(error + QStringLiteral("; the built-in style is used."), PromptIcon::Warning);
+            tellUser(m_strings.text(Message::SETTINGSUNREADABLE).arg(error), PromptIcon::Warning);
         return;
     }
     QString badKey;
     if (!LoadDefaultStyle(m_definition, *settings, &badKey)) {
-        tellUser(QStringLiteral("%1: %2 holds a value that is not valid; the default style was "
-                                "read up to there.")
-                     .arg(m_settingsPath, badKey),
+        tellUser(m_strings.text(Message::BADDEFAULTSTYLE).arg(m_settingsPath, badKey),
                  PromptIcon::Warning);
     }
 }
@@ -116,8 +119,7 @@ bool ReportSession::SaveDefaultStyle()
     tabulor::SaveDefaultStyle(m_definition, settings);
     const QString folder = QFileInfo(m_settingsPath).absolutePath();
     if (unreadable || !QDir().mkpath(folder) || !settings.write(m_settingsPath, &error)) {
-        tellUser(QStringLiteral("Could not save the default style to %1: %2")
-                     .arg(quoted(m_settingsPath), error),
+        tellUser(m_strings.text(Message::COULDNOTSAVESTYLE).arg(quoted(m_settingsPath), error),
                  PromptIcon::Warning);
         return false;
     }
@@ -206,7 +208,7 @@ bool ReportSession::saveReportFile(const QString& path)
     QString error;
     if (WriteReportFile(m_definition, path, &error))
         return true;
-    tellUser(QStringLiteral("Could not save %1: %2").arg(quoted(path), error), PromptIcon::Warning);
+    tellUser(m_strings.text(Message::COULDNOTSAVE).arg(quoted(path), error), PromptIcon::Warning);
     return false;
 }
 

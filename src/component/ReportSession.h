@@ -61,6 +61,10 @@ public:
     // What loading the designer does first: the built-in look, the user's default look over
     // it, then the message texts.
     void loadDesigner();
+    // Reads the string file over the built-in texts; with applyCaptions its captions go to
+    // the windows registered in captions(). A fault in the file is told, and the texts read
+    // before it stay.
+    void loadStrings(bool applyCaptions);
     // The look a new report starts with: the built-in one and the user's default over it.
     void applyDefaultLook();
     // Writes the current look as the user's default; false (and a message) when it fails.

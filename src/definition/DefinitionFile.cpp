@@ -229,13 +229,6 @@ QString ReadFileValue(const ProfileFile& file, QStringView section, QStringView 
     return value.isEmpty() ? defaultValue : value;
 }
 
-QString DefinitionReadError::message() const
-{
-    if (value.isEmpty())
-        return QStringLiteral("[%1] %2 is missing").arg(section, key);
-    return QStringLiteral("[%1] %2 = %3 is not a valid value").arg(section, key, value);
-}
-
 std::optional<StagedDefinition>
 readStagedDefinition(const ProfileFile& file, const StyleTable& current, DefinitionReadError* error)
 {

@@ -27,13 +27,13 @@ QByteArray definitionFileBytes(const ReportDefinition& definition);
 QString ReadFileValue(const ProfileFile& file, QStringView section, QStringView key,
                       const QString& defaultValue = QString());
 
-// Where a definition file stopped being readable.
+// Where a definition file stopped being readable: the key that is missing (value empty) or
+// whose value is not valid.
 struct DefinitionReadError
 {
     QString section;
     QString key;
     QString value;
-    QString message() const;
 };
 
 // Everything a definition file sets besides its data source, read but not yet applied.

@@ -1,5 +1,6 @@
 #include "localisation/StringTable.h"
 
+#include "definition/DefinitionFile.h"
 #include "definition/RegularFile.h"
 #include "definition/TextDecoding.h"
 #include "localisation/CaptionKeys.h"
@@ -57,6 +58,15 @@ constexpr std::array<MessageEntry, kMessageCount> kMessages = {{
     {Message::DEFREPORTTITLE, "DEFREPORTTITLE", "[<rs>] Report Generated at <tt> on <dd>"},
     {Message::DEFHEADER, "DEFHEADER", "<db>|<rs>|Page <p> of <n>"},
     {Message::DEFFOOTER, "DEFFOOTER", " | |<tt>, <ddd>"},
+    {Message::STRINGFILEFAULT, "STRINGFILEFAULT", "%1: the key '%2' on line %3 has no value."},
+    {Message::STRINGFILEUNREADABLE, "STRINGFILEUNREADABLE", "%1; the built-in texts are used."},
+    {Message::SETTINGSUNREADABLE, "SETTINGSUNREADABLE", "%1; the built-in style is used."},
+    {Message::BADDEFAULTSTYLE, "BADDEFAULTSTYLE",
+     "%1: %2 holds a value that is not valid; the default style was read up to there."},
+    {Message::COULDNOTSAVESTYLE, "COULDNOTSAVESTYLE", "Could not save the default style to %1: %2"},
+    {Message::COULDNOTSAVE, "COULDNOTSAVE", "Could not save %1: %2"},
+    {Message::MISSINGKEY, "MISSINGKEY", "[%1] %2 is missing"},
+    {Message::INVALIDVALUE, "INVALIDVALUE", "[%1] %2 = %3 is not a valid value"},
 }};
 
 constexpr bool inMessageOrder()
@@ -97,18 +107,25 @@ QString codeFolder()
 
 } // namespace
 
-QString StringFileError::message(const QString& path) const
-{
-    if (!unreadable.isEmpty())
-        return unreadable + QStringLiteral("; the built-in texts are used.");
-    return QStringLiteral("%1: the key '%2' on line %3 has no value.").arg(path, key).arg(line);
-}
-
 StringTable::StringTable() : m_texts(builtInTexts()), m_filePath(defaultFilePath()) {}
 
 QString StringTable::text(Message message) const
 {
     return m_texts[static_cast<std::size_t>(message)];
+}
+
+QString StringTable::faultMessage(const StringFileError& fault) const
+{
+    if (!fault.unreadable.isEmpty())
+        return text(Message::STRINGFILEUNREADABLE).arg(fault.unreadable);
+    return text(Message::STRINGFILEFAULT).arg(m_filePath, fault.key, QString::number(fault.line));
+}
+
+QString StringTable::readErrorMessage(const DefinitionReadError& error) const
+{
+    if (error.value.isEmpty())
+        return text(Message::MISSINGKEY).arg(error.section, error.key);
+    return text(Message::INVALIDVALUE).arg(error.section, error.key, error.value);
 }
 
 QString StringTable::builtInText(Message message)

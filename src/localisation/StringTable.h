@@ -11,6 +11,7 @@ class QLocale;
 namespace tabulor {
 
 class CaptionRegistry;
+struct DefinitionReadError;
 
 // The message texts that every part of the system shows, in the order in which the string
 // file's keys are tested against them. The enumerator names are the keys of the file.
@@ -40,9 +41,18 @@ enum class Message
     DEFREPORTTITLE,
     DEFHEADER,
     DEFFOOTER,
+    // Messages with places for the names and reasons that go into them: %1, %2, %3.
+    STRINGFILEFAULT,
+    STRINGFILEUNREADABLE,
+    SETTINGSUNREADABLE,
+    BADDEFAULTSTYLE,
+    COULDNOTSAVESTYLE,
+    COULDNOTSAVE,
+    MISSINGKEY,
+    INVALIDVALUE,
 };
 
-inline constexpr int kMessageCount = 24;
+inline constexpr int kMessageCount = 32;
 
 // What LoadStrings found wrong with the string file. Everything before the fault has been
 // applied; the caller decides whether to show it.
@@ -53,9 +63,6 @@ struct StringFileError
     // Why the file could not be read at all (it is no regular file, or too large); the line
     // and key are then unset.
     QString unreadable;
-
-    // The fault in words for the user, naming the file.
-    QString message(const QString& path) const;
 };
 
 // The largest string file that is read; a real one holds a few hundred short texts.
@@ -69,6 +76,10 @@ public:
     StringTable();
 
     QString text(Message message) const;
+    // A fault of the string file in the table's words, naming the file.
+    QString faultMessage(const StringFileError& fault) const;
+    // Why a definition could not be read, in the table's words.
+    QString readErrorMessage(const DefinitionReadError& error) const;
     static QString builtInText(Message message);
     static QString keyName(Message message);
 

@@ -121,7 +121,7 @@ TEST(DefinitionFile, WriteReadWriteGivesTheSameBytes)
     const QByteArray first = definitionFileBytes(original);
     DefinitionReadError error;
     const auto staged = stage(first, &error);
-    ASSERT_TRUE(staged) << error.message().toStdString();
+    ASSERT_TRUE(staged) << error.key.toStdString();
 
     ReportDefinition reread;
     reread.DataBaseName = ReadFileValue(parse(first), u"RecordSource", u"DataBaseName");
@@ -270,7 +270,7 @@ TEST(DefinitionFile, MalformedFilesFailCleanly)
         DefinitionReadError error;
         const bool failed = !stage(bytes, &error);
         if (failed) {
-            EXPECT_FALSE(error.message().isEmpty());
+            EXPECT_FALSE(error.key.isEmpty());
         }
         return failed;
     };

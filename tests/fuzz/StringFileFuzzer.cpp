@@ -70,6 +70,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     table.setFilePath(path);
     const std::optional<StringFileError> fault = table.LoadStrings(true, &registry);
     fuzz::require(!fault || fault->line >= 1, "a fault names a line");
+    fuzz::require(!fault || !table.faultMessage(*fault).isEmpty(), "a fault is told in words");
     for (int i = 0; i < kMessageCount; ++i)
         fuzz::require(!table.text(static_cast<Message>(i)).isEmpty(), "every message has a text");
     return 0;

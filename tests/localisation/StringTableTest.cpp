@@ -78,14 +78,13 @@ TEST_F(StringFileTest, WhatIsNoStringFileIsToldAndTheBuiltInTextsStay)
         m_table.setFilePath(path);
         const auto error = m_table.LoadStrings(false);
         ASSERT_TRUE(error.has_value()) << path.toStdString();
-        EXPECT_TRUE(error->message(path).startsWith(u'\'' + path + u'\''))
-            << error->message(path).toStdString();
-        EXPECT_TRUE(
-            error->message(path).endsWith(QStringLiteral("; the built-in texts are used.")));
+        const QString message = m_table.faultMessage(*error);
+        EXPECT_TRUE(message.startsWith(u'\'' + path + u'\'')) << message.toStdString();
+        EXPECT_TRUE(message.endsWith(QStringLiteral("; the built-in texts are used.")));
         expectAllBuiltIn(m_table);
     }
     m_table.setFilePath(m_dir.path());
-    EXPECT_EQ(m_table.LoadStrings(false)->message(m_dir.path()),
+    EXPECT_EQ(m_table.faultMessage(*m_table.LoadStrings(false)),
               QStringLiteral("'%1' is a folder, not a file; the built-in texts are used.")
                   .arg(m_dir.path()));
 }
@@ -115,7 +114,15 @@ TEST_F(StringFileTest, EveryMessageKeyIsReadIntoItsOwnText)
                                 "CONNFAILED",
                                 "DEFREPORTTITLE",
                                 "DEFHEADER",
-                                "DEFFOOTER"};
+                                "DEFFOOTER",
+                                "STRINGFILEFAULT",
+                                "STRINGFILEUNREADABLE",
+                                "SETTINGSUNREADABLE",
+                                "BADDEFAULTSTYLE",
+                                "COULDNOTSAVESTYLE",
+                                "COULDNOTSAVE",
+                                "MISSINGKEY",
+                                "INVALIDVALUE"};
     static_assert(std::size(keys) == kMessageCount);
     QByteArray file = "Translation of every message\r\n";
     for (std::size_t i = 0; i < std::size(keys); ++i)
@@ -127,6 +134,25 @@ TEST_F(StringFileTest, EveryMessageKeyIsReadIntoItsOwnText)
         EXPECT_EQ(StringTable::keyName(static_cast<Message>(i)), QLatin1String(keys[i]));
         EXPECT_EQ(m_table.text(static_cast<Message>(i)), QStringLiteral("text %1").arg(i));
     }
+}
+
+// The messages that carry names and reasons are translated too, the places of the names
+// moving with the language; a fault of the file is told in the texts read before it.
+TEST_F(StringFileTest, MessagesWithNamesInThemAreTranslated)
+{
+    const auto fault = load("*STRINGFILEFAULT\nZeile %3 von %1: Schl\xfc\x73sel %2 ohne Wert\n"
+                            "*INVALIDVALUE\n%2 = %3 in [%1] ist kein g\xfcltiger Wert\n"
+                            "*REPORT\n");
+    ASSERT_TRUE(fault.has_value());
+    EXPECT_EQ(
+        m_table.faultMessage(*fault),
+        QStringLiteral("Zeile 5 von %1: Schl\u00fcssel REPORT ohne Wert").arg(m_table.filePath()));
+    EXPECT_EQ(m_table.readErrorMessage(
+                  {QStringLiteral("GlobalInfo"), QStringLiteral("Columns"), QStringLiteral("x")}),
+              QStringLiteral("Columns = x in [GlobalInfo] ist kein g\u00fcltiger Wert"));
+    EXPECT_EQ(
+        m_table.readErrorMessage({QStringLiteral("GlobalInfo"), QStringLiteral("Columns"), {}}),
+        QStringLiteral("[GlobalInfo] Columns is missing"));
 }
 
 TEST_F(StringFileTest, EmptyValueDropsTheKeyAndReadingGoesOnWithTheNextLine)
@@ -176,8 +202,8 @@ TEST_F(StringFileTest, KeyOnTheLastLineStopsReadingWithAnError)
     ASSERT_TRUE(error.has_value());
     EXPECT_EQ(error->line, 5);
     EXPECT_EQ(error->key, QStringLiteral("REPORT"));
-    EXPECT_EQ(error->message(QStringLiteral("de.str")),
-              QStringLiteral("de.str: the key 'REPORT' on line 5 has no value."));
+    EXPECT_EQ(m_table.faultMessage(*error),
+              m_table.filePath() + QStringLiteral(": the key 'REPORT' on line 5 has no value."));
     EXPECT_EQ(m_table.text(Message::UNTITLED), QStringLiteral("Ohne Titel"));
     EXPECT_EQ(m_table.text(Message::REPORT), StringTable::builtInText(Message::REPORT));
 

@@ -16,8 +16,8 @@ class StyleChooser
 public:
     virtual ~StyleChooser() = default;
 
-    // A style whose font fields (name, size, bold, italic, strike-through, underline) hold the
-    // chosen font; its other fields are those of style.
+    // A style whose font fields (name, size, bold, italic, strike-through, underline) and text
+    // colour hold the chosen ones; its other fields are those of style.
     virtual std::optional<ReportStyle> chooseFont(const ReportStyle& style) = 0;
     // A colour as 0x00BBGGRR.
     virtual std::optional<qint32> chooseColour(qint32 colour) = 0;

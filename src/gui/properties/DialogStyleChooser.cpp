@@ -1,11 +1,21 @@
 #include "gui/properties/DialogStyleChooser.h"
 
+#include "gui/properties/FontColourDialog.h"
 #include "production/pages/FontCatalog.h"
 
 #include <QColorDialog>
-#include <QFontDialog>
 
 namespace tabulor {
+
+namespace {
+
+// A colour as the definition stores it: 0x00BBGGRR.
+qint32 colourValue(const QColor& colour)
+{
+    return qint32(colour.red() | (colour.green() << 8) | (colour.blue() << 16));
+}
+
+} // namespace
 
 DialogStyleChooser::DialogStyleChooser(QWidget* parent) : m_parent(parent) {}
 
@@ -18,10 +28,10 @@ std::optional<ReportStyle> DialogStyleChooser::chooseFont(const ReportStyle& sty
     current.setItalic(style.FontItalic);
     current.setStrikeOut(style.FontStrikeThru);
     current.setUnderline(style.FontUnderline);
-    bool accepted = false;
-    const QFont chosen = QFontDialog::getFont(&accepted, current, m_parent);
-    if (!accepted)
+    FontColourDialog dialog(current, FontCatalog::colour(style.Text), m_parent);
+    if (dialog.exec() != QDialog::Accepted)
         return std::nullopt;
+    const QFont chosen = dialog.font();
     ReportStyle result = style;
     result.FontName = chosen.family();
     result.FontSize = float(chosen.pointSizeF());
@@ -29,6 +39,7 @@ std::optional<ReportStyle> DialogStyleChooser::chooseFont(const ReportStyle& sty
     result.FontItalic = chosen.italic();
     result.FontStrikeThru = chosen.strikeOut();
     result.FontUnderline = chosen.underline();
+    result.Text = colourValue(dialog.colour());
     return result;
 }
 
@@ -37,7 +48,7 @@ std::optional<qint32> DialogStyleChooser::chooseColour(qint32 colour)
     const QColor chosen = QColorDialog::getColor(FontCatalog::colour(colour), m_parent);
     if (!chosen.isValid())
         return std::nullopt;
-    return qint32(chosen.red() | (chosen.green() << 8) | (chosen.blue() << 16));
+    return colourValue(chosen);
 }
 
 } // namespace tabulor

@@ -207,8 +207,8 @@ TEST_F(CommandLineTest, MissingSourcesAndFieldsStopTheReportAndInfoWarns)
     EXPECT_TRUE(info.out.contains(QStringLiteral("Details:          Name, Seconds")));
 }
 
-// A database that cannot be read to the end gives no report: neither records streamed in
-// report order (SQLite) nor records loaded whole before the layout (Jet).
+// A database that cannot be read to the end gives no report, whether the damage is met while
+// the engine sorts the records (SQLite) or while they are loaded for the layout (Jet).
 TEST_F(CommandLineTest, ADamagedDatabaseStopsTheReportAndLeavesTheFileAsItWas)
 {
     const QString lines = dir.filePath(QStringLiteral("lines.sqlite"));

@@ -1,5 +1,6 @@
 #include "localisation/StringTable.h"
 
+#include "definition/DefinitionFile.h"
 #include "localisation/CaptionKeys.h"
 
 #include "TestSupport.h"

@@ -21,12 +21,18 @@ FontColourDialog::FontColourDialog(const QFont& font, const QColor& colour, QWid
     m_fonts->setObjectName(QStringLiteral("fontChooser"));
     m_fonts->setWindowFlags(Qt::Widget);
     m_fonts->setOptions(QFontDialog::NoButtons | QFontDialog::DontUseNativeDialog);
+    m_fonts->setSizeGripEnabled(false);
     connect(m_fonts, &QDialog::finished, this, [this](int result) {
         m_fonts->setVisible(true);
         done(result);
     });
 
+    // The colour row lines up with the font dialog's own controls.
     auto* colourRow = new QHBoxLayout;
+    if (const QLayout* fontsLayout = m_fonts->layout()) {
+        const QMargins margins = fontsLayout->contentsMargins();
+        colourRow->setContentsMargins(margins.left(), 0, margins.right(), 0);
+    }
     auto* label = new QLabel(QStringLiteral("&Color:"), this);
     m_colourButton = new QPushButton(this);
     m_colourButton->setObjectName(QStringLiteral("cmdTextColor"));

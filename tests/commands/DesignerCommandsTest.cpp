@@ -5,6 +5,7 @@
 #include "production/pages/PageDocument.h"
 #include "production/pages/PreviewNavigation.h"
 
+#include "SampleCopy.h"
 #include "ScriptedPrompt.h"
 #include "TestSupport.h"
 
@@ -52,10 +53,8 @@ class DesignerCommandsTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(dir.isValid());
-        copyInto(dir, samplePath(QStringLiteral("sample.sqlite")));
-        report = copyInto(dir, samplePath(QStringLiteral("sales_by_region.vrd")));
-        session.setSettingsPath(dir.filePath(QStringLiteral("settings.ini")));
+        report = copySampleReport(dir, session);
+        ASSERT_FALSE(report.isEmpty());
         session.setAccessMode(zrUseModifyCreate);
         session.loadDesigner();
         (void)commands.Form_Load();

@@ -1,6 +1,7 @@
 #include "commands/LayoutEdits.h"
 #include "component/ReportSession.h"
 
+#include "SampleCopy.h"
 #include "ScriptedPrompt.h"
 #include "TestSupport.h"
 
@@ -23,10 +24,8 @@ class LayoutEditsTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(dir.isValid());
-        copyInto(dir, samplePath(QStringLiteral("sample.sqlite")));
-        report = copyInto(dir, samplePath(QStringLiteral("sales_by_region.vrd")));
-        session.setSettingsPath(dir.filePath(QStringLiteral("settings.ini")));
+        report = copySampleReport(dir, session);
+        ASSERT_FALSE(report.isEmpty());
         session.loadDesigner();
         ASSERT_TRUE(session.OpenReportFile(report));
         session.definition().CurrentFileName = report;

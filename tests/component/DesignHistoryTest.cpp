@@ -1,6 +1,7 @@
 #include "component/ReportSession.h"
 #include "definition/DefinitionFile.h"
 
+#include "SampleCopy.h"
 #include "ScriptedPrompt.h"
 #include "TestSupport.h"
 
@@ -21,10 +22,8 @@ class DesignHistoryTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(dir.isValid());
-        copyInto(dir, samplePath(QStringLiteral("sample.sqlite")));
-        const QString report = copyInto(dir, samplePath(QStringLiteral("sales_by_region.vrd")));
-        session.setSettingsPath(dir.filePath(QStringLiteral("settings.ini")));
+        const QString report = copySampleReport(dir, session);
+        ASSERT_FALSE(report.isEmpty());
         session.loadDesigner();
         ASSERT_TRUE(session.OpenReportFile(report));
         session.definition().CurrentFileName = report;

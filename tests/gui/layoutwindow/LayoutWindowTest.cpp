@@ -8,6 +8,7 @@
 #include "localisation/CaptionKeys.h"
 
 #include "FieldDrops.h"
+#include "SampleCopy.h"
 #include "ScriptedPrompt.h"
 #include "TestSupport.h"
 
@@ -32,10 +33,8 @@ class LayoutWindowTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(dir.isValid());
-        copyInto(dir, samplePath(QStringLiteral("sample.sqlite")));
-        const QString report = copyInto(dir, samplePath(QStringLiteral("sales_by_region.vrd")));
-        session.setSettingsPath(dir.filePath(QStringLiteral("settings.ini")));
+        const QString report = copySampleReport(dir, session);
+        ASSERT_FALSE(report.isEmpty());
         component.setAccessMode(zrUseModifyCreate);
         designer = dynamic_cast<DesignerWindow*>(component.Form());
         ASSERT_TRUE(designer);

@@ -6,6 +6,7 @@
 #include "production/grid/ReportGridBuilder.h"
 #include "production/pages/PageDocument.h"
 
+#include "SampleCopy.h"
 #include "ScriptedPrompt.h"
 #include "TestSupport.h"
 
@@ -35,10 +36,8 @@ class MainWindowTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(dir.isValid());
-        copyInto(dir, samplePath(QStringLiteral("sample.sqlite")));
-        report = copyInto(dir, samplePath(QStringLiteral("sales_by_region.vrd")));
-        component.session().setSettingsPath(dir.filePath(QStringLiteral("settings.ini")));
+        report = copySampleReport(dir, component.session());
+        ASSERT_FALSE(report.isEmpty());
         component.setAccessMode(zrUseModifyCreate);
         designer = dynamic_cast<DesignerWindow*>(component.Form());
         ASSERT_TRUE(designer) << "the windows register their provider as they are linked";

@@ -5,6 +5,7 @@
 #include "component/ReportSession.h"
 #include "production/pages/PageDocument.h"
 
+#include "SampleCopy.h"
 #include "ScriptedPrompt.h"
 #include "TestSupport.h"
 
@@ -68,10 +69,8 @@ class SettingsDialogTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(dir.isValid());
-        copyInto(dir, samplePath(QStringLiteral("sample.sqlite")));
-        const QString report = copyInto(dir, samplePath(QStringLiteral("sales_by_region.vrd")));
-        session.setSettingsPath(dir.filePath(QStringLiteral("settings.ini")));
+        const QString report = copySampleReport(dir, session);
+        ASSERT_FALSE(report.isEmpty());
         session.strings().setFilePath(dir.filePath(QStringLiteral("strings.str")));
         ASSERT_TRUE(session.OpenReportFile(report));
         before = session.definition();

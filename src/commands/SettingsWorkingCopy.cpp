@@ -4,8 +4,6 @@
 #include "component/ReportSession.h"
 #include "production/report/Tokens.h"
 
-#include <QLocale>
-
 namespace tabulor {
 
 SettingsWorkingCopy::SettingsWorkingCopy(ReportSession& session) : m_session(session) {}
@@ -66,13 +64,8 @@ void SettingsWorkingCopy::setTextParts(SettingsText text, const TextParts& parts
 
 TextParts SettingsWorkingCopy::sampleText(SettingsText text) const
 {
-    TokenContext context;
+    TokenContext context = m_session.tokenContext();
     context.pageCount = 1;
-    context.databaseName = m_session.data().DatabaseShortName();
-    context.recordSource = m_session.data().RecordSourceName();
-    context.reportFileName = m_session.definition().CurrentFileName;
-    context.clock = m_session.clock();
-    context.locale = FormatLocale::fromQLocale(QLocale());
     TextParts sample;
     if (text == SettingsText::Title) {
         sample[std::size_t(std::clamp<int>(m_global.Align, 0, 2))] =

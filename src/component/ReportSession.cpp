@@ -444,16 +444,21 @@ void ReportSession::RenderReport(PageDocument& document)
     renderRows(document, rows);
 }
 
-void ReportSession::renderRows(PageDocument& document, BodyRows& rows)
+TokenContext ReportSession::tokenContext() const
 {
-    Q_EMIT busyChanged(true);
     TokenContext context;
     context.databaseName = m_data.DatabaseShortName();
     context.recordSource = m_data.RecordSourceName();
     context.reportFileName = m_definition.CurrentFileName;
     context.clock = m_clock;
     context.locale = FormatLocale::fromQLocale(QLocale());
-    ReportRenderer renderer(m_definition, m_data.grid(), context);
+    return context;
+}
+
+void ReportSession::renderRows(PageDocument& document, BodyRows& rows)
+{
+    Q_EMIT busyChanged(true);
+    ReportRenderer renderer(m_definition, m_data.grid(), tokenContext());
     renderer.setWarningHandler([this](const QString& text) { Q_EMIT renderWarning(text); });
 
     const PageHook progress = document.addNewPageHook([this](PageDocument& d) {

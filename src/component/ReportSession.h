@@ -8,6 +8,7 @@
 #include "localisation/StringTable.h"
 #include "production/pages/PageDocument.h"
 #include "production/report/ReportData.h"
+#include "production/report/Tokens.h"
 
 #include <QCollator>
 #include <QDateTime>
@@ -144,6 +145,10 @@ public:
     // database) stops the document, and the user is told why: a report over part of the
     // records is never handed out as the whole.
     void renderFullReport(PageDocument& document);
+
+    // What the tokens of the title, headers and footers stand for in this report: its
+    // database, record source and file, the clock and the user's locale; no page count yet.
+    TokenContext tokenContext() const;
 
     // Where dates and times in titles, headers and footers come from.
     void setClock(std::function<QDateTime()> clock) { m_clock = std::move(clock); }

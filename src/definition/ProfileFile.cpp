@@ -13,28 +13,30 @@ QString folded(QStringView name)
     return name.trimmed().toString().toCaseFolded();
 }
 
+// A value ends at a NUL; blanks at its ends and one pair of enclosing quotes are taken off.
 QString unquoted(QString value)
 {
+    const qsizetype nul = value.indexOf(QChar(u'\0'));
+    if (nul >= 0)
+        value.truncate(nul);
     value = value.trimmed();
     if (value.size() >= 2 && value.startsWith(u'"') && value.endsWith(u'"'))
         value = value.mid(1, value.size() - 2);
     return value;
 }
 
-// Cuts text to at most length characters without splitting a surrogate pair, and at a NUL.
+// Cuts text to at most length characters without splitting a surrogate pair; a cut text loses
+// the blanks it then ends with, as every value read does.
 QString cut(const QString& text, qsizetype length)
 {
-    QString result = text;
-    const qsizetype nul = result.indexOf(QChar(u'\0'));
-    if (nul >= 0)
-        result.truncate(nul);
-    if (result.size() > length) {
-        qsizetype end = length;
-        if (end > 0 && result.at(end - 1).isHighSurrogate())
-            --end;
-        result.truncate(end);
-    }
-    return result;
+    if (text.size() <= length)
+        return text;
+    qsizetype end = length;
+    if (end > 0 && text.at(end - 1).isHighSurrogate())
+        --end;
+    while (end > 0 && text.at(end - 1).isSpace())
+        --end;
+    return text.left(end);
 }
 
 std::optional<QString> sectionName(const QString& line)

@@ -38,15 +38,22 @@ TEST(ProfileFile, SectionsAndKeysMatchWithoutCaseAndTheFirstOccurrenceWins)
 TEST(ProfileFile, ValuesAreTrimmedUnquotedAndCutToTheBuffer)
 {
     const QString longValue(300, u'x');
-    const ProfileFile file = ProfileFile::fromText(QStringLiteral("[S]\r\n"
-                                                                  "quoted = \" padded \" \r\n"
-                                                                  "half = \"open\r\n"
-                                                                  "empty =\r\n"
-                                                                  "long = ") +
-                                                   longValue + QStringLiteral("\r\n"));
+    const ProfileFile file =
+        ProfileFile::fromText(QStringLiteral("[S]\r\n"
+                                             "quoted = \" padded \" \r\n"
+                                             "half = \"open\r\n"
+                                             "empty =\r\n"
+                                             "nul = title \0junk\r\n"
+                                             "long = ") +
+                              longValue + QStringLiteral("\r\n") + QStringLiteral("blank = ") +
+                              QString(256, u'y') + QStringLiteral(" z\r\n"));
     EXPECT_EQ(read(file, "S", "quoted"), QStringLiteral(" padded "));
     EXPECT_EQ(read(file, "S", "half"), QStringLiteral("\"open"));
     EXPECT_EQ(read(file, "S", "empty"), QString());
+    // A value ends at a NUL, and a value that is cut, like every other, ends in no blank: saved
+    // again, it reads back the same.
+    EXPECT_EQ(read(file, "S", "nul"), QStringLiteral("title"));
+    EXPECT_EQ(read(file, "S", "blank"), QString(256, u'y'));
     EXPECT_EQ(read(file, "S", "long").size(), 257);
     EXPECT_EQ(read(file, "S", "long", ProfileFile::kSettingsBuffer).size(), 127);
 }

@@ -40,6 +40,9 @@ void resultText(sqlite3_context* context, const QString& text)
     sqlite3_result_text(context, utf8.constData(), int(utf8.size()), SQLITE_TRANSIENT);
 }
 
+// Dates run from the year 100 to the year 9999: no date moved by more days than that is one.
+constexpr qint64 kDaysDatesSpan = 3'652'500;
+
 void resultDate(sqlite3_context* context, const QDateTime& when)
 {
     if (!when.isValid() || when.date().year() < 100 || when.date().year() > 9999) {
@@ -174,6 +177,8 @@ void dateAddFunction(sqlite3_context* context, int argc, sqlite3_value** argv)
         return sqlite3_result_null(context);
     const QString interval = textArg(argv[0]).toLower();
     const int count = sqlite3_value_int(argv[1]);
+    if (std::abs(qint64(count)) > kDaysDatesSpan)
+        return sqlite3_result_null(context);
     const QDateTime when = dateArg(argv[2]);
     QDateTime moved;
     if (interval == u"yyyy")
@@ -209,6 +214,8 @@ void dateArithmeticFunction(sqlite3_context* context, int argc, sqlite3_value** 
         return sqlite3_result_double(context, right.secsTo(left) / 86400.0 * (minus ? 1 : -1));
     const QDateTime date = left.isValid() ? left : right;
     const double days = sqlite3_value_double(argv[left.isValid() ? 2 : 0]);
+    if (!(std::abs(days) <= double(kDaysDatesSpan)))
+        return sqlite3_result_null(context);
     resultDate(context, date.addSecs(qint64(std::llround(days * 86400)) * (minus ? -1 : 1)));
 }
 

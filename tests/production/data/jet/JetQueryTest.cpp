@@ -277,6 +277,9 @@ TEST_F(JetExpressions, DatesNumbersAndTheirTypes)
     EXPECT_EQ(type, FieldDate);
     EXPECT_EQ(eval("#7/4/1996# - #7/1/1996#"), 3.0);
     EXPECT_EQ(eval("DateSerial(1997, 13, 1)"), "1998-01-01");
+    // A date moved beyond the years dates span is none.
+    EXPECT_EQ(eval("#7/4/1996# - 1E+300"), QVariant());
+    EXPECT_EQ(eval(R"(DateAdd("q", 2147483647, #7/4/1996#))"), QVariant());
     EXPECT_EQ(eval("7 / 2", &type), 3.5);
     EXPECT_EQ(type, FieldDouble);
     EXPECT_EQ(eval(R"(7 \ 2)"), 3);

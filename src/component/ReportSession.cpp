@@ -440,7 +440,7 @@ bool ReportSession::fitColumns(const PageSetup& page, const FontCatalog& fonts)
 
 void ReportSession::RenderReport(PageDocument& document)
 {
-    GridBodyRows rows(m_data.grid(), FormatLocale::fromQLocale(QLocale()));
+    GridBodyRows rows(m_data.grid(), m_definition.styles, FormatLocale::fromQLocale(QLocale()));
     renderRows(document, rows);
 }
 

@@ -109,17 +109,11 @@ const GridModel::Layout& GridModel::layout() const
     if (!m_layout) {
         const OutlineGrid& grid = m_session.data().grid();
         // Columns without a stored width fit the rows of the working view.
-        std::vector<BodyRow> fitRows;
         const bool fitting = std::any_of(m_columns.begin(), m_columns.end(),
                                          [&](int c) { return grid.column(c).width <= 0; });
-        if (fitting) {
-            const int count = std::min(m_rowCount, static_cast<int>(GridLayout::kFitRows));
-            fitRows.reserve(static_cast<size_t>(count));
-            for (int r = 0; r < count; ++r) {
-                const GridRow& row = gridRow(r);
-                fitRows.push_back(BodyRow{row.kind, paintStyle(row), m_text->rowTexts(row)});
-            }
-        }
+        const std::vector<BodyRow> fitRows =
+            fitting ? GridLayout::rowsToFit(grid, *m_text, m_session.definition().styles)
+                    : std::vector<BodyRow>();
         m_layout = std::make_unique<Layout>(grid, fitRows, m_session.definition(), m_fonts);
     }
     return *m_layout;

@@ -57,14 +57,24 @@ QString GridText::cellText(const GridRow& row, int gridColumn) const
     if (row.kind != RowKind::Closing)
         return QString();
     for (size_t t = 0; t < plan.totals.size(); ++t) {
-        if (plan.totals[t].column != gridColumn)
-            continue;
-        const QVariant value = m_grid.cells(gridColumn).toVariant(m_grid.total(row, t));
-        // A count is a number of values, whatever the column holds.
-        return plan.totals[t].aggregate == AggregateCount ? valueText(value, m_locale)
-                                                          : format(value, gridColumn);
+        if (plan.totals[t].column == gridColumn)
+            return totalText(t, m_grid.total(row, t));
     }
     return QString();
+}
+
+QString GridText::formattedValue(const CellValue& value, int gridColumn) const
+{
+    return format(m_grid.cells(gridColumn).toVariant(value), gridColumn);
+}
+
+QString GridText::totalText(size_t t, const CellValue& total) const
+{
+    const TotalColumn& entry = m_grid.groupPlan().totals[t];
+    // A count is a number of values, whatever the column holds.
+    if (entry.aggregate == AggregateCount)
+        return valueText(m_grid.cells(entry.column).toVariant(total), m_locale);
+    return formattedValue(total, entry.column);
 }
 
 QStringList GridText::rowTexts(const GridRow& row) const

@@ -19,6 +19,10 @@ public:
     QString cellText(const GridRow& row, int gridColumn) const;
     // The texts of a row in report column order.
     QStringList rowTexts(const GridRow& row) const;
+    // A value of a grid column through the column's format.
+    QString formattedValue(const CellValue& value, int gridColumn) const;
+    // A total for entry t of the group plan's totals, as a closing row shows it.
+    QString totalText(size_t t, const CellValue& total) const;
 
 private:
     QString format(const QVariant& value, int gridColumn) const;

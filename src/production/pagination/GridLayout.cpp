@@ -1,6 +1,7 @@
 #include "production/pagination/GridLayout.h"
 
 #include "production/grid/ReportGridBuilder.h"
+#include "production/pagination/WidestRows.h"
 
 #include <algorithm>
 #include <numeric>
@@ -18,7 +19,6 @@ GridLayout::GridLayout(const OutlineGrid& grid, const std::vector<BodyRow>& fitR
     const QList<int>& columns = grid.reportColumns();
     const QStringList titleTexts = titles();
     m_widths.assign(static_cast<size_t>(columns.size()), 0.0);
-    const size_t measured = std::min(static_cast<size_t>(kFitRows), fitRows.size());
     for (int i = 0; i < columns.size(); ++i) {
         const float stored = grid.column(columns.at(i)).width;
         if (stored > 0) {
@@ -26,10 +26,26 @@ GridLayout::GridLayout(const OutlineGrid& grid, const std::vector<BodyRow>& fitR
             continue;
         }
         double widest = measure(StyleDetailTitle).width(titleTexts.at(i));
-        for (size_t r = 0; r < measured; ++r)
-            widest = std::max(widest, measure(fitRows[r].style).width(fitRows[r].texts.at(i)));
+        for (const BodyRow& row : fitRows)
+            widest = std::max(widest, measure(row.style).width(row.texts.at(i)));
         m_widths[static_cast<size_t>(i)] = std::min(widest + 2 * kCellPadding, kMaxFitWidth);
     }
+}
+
+std::vector<BodyRow> GridLayout::rowsToFit(const OutlineGrid& grid, const GridText& text,
+                                           const StyleTable& styles)
+{
+    std::vector<BodyRow> rows;
+    const size_t first = std::min(grid.rows().size(), static_cast<size_t>(kFitRows));
+    for (size_t r = 0; r < first; ++r) {
+        const GridRow& row = grid.rows()[r];
+        rows.push_back(BodyRow{row.kind, paintStyle(row), text.rowTexts(row)});
+    }
+    WidestRows widest(grid);
+    widest.addAll(grid);
+    for (BodyRow& row : widest.rows(text, styles))
+        rows.push_back(std::move(row));
+    return rows;
 }
 
 double GridLayout::totalWidth() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "definition/ReportDefinition.h"
+#include "production/grid/GridText.h"
 #include "production/pages/FontCatalog.h"
 #include "production/pages/TextMeasure.h"
 #include "production/pagination/BodyRow.h"
@@ -24,10 +25,10 @@ struct RowLines
     qsizetype most() const;
 };
 
-// The sizes of a report's rows in twips: the width of each report column, fitted to the first
-// body rows unless the column has a stored width, and the lines and height of each row, from
-// the texts measured in their style's font, wrapped when the report allows it and capped at
-// its maximum row height.
+// The sizes of a report's rows in twips: the width of each report column, fitted to the rows
+// to fit unless the column has a stored width, and the lines and height of each row, from the
+// texts measured in their style's font, wrapped when the report allows it and capped at its
+// maximum row height.
 class GridLayout
 {
 public:
@@ -38,8 +39,8 @@ public:
     // How many body rows a fitting column measures: those of the designer's working view.
     static constexpr qsizetype kFitRows = 250;
 
-    // grid gives the report columns; fitRows are the first body rows (at most kFitRows are
-    // measured).
+    // grid gives the report columns; a fitting column is as wide as the widest of its texts
+    // in fitRows (see rowsToFit).
     GridLayout(const OutlineGrid& grid, const std::vector<BodyRow>& fitRows,
                const ReportDefinition& definition, const FontCatalog& fonts);
 
@@ -59,6 +60,11 @@ public:
     double heightOf(const RowLines& lines, int style) const;
 
     const TextMeasure& measure(int style) const { return *m_measures[static_cast<size_t>(style)]; }
+
+    // The rows that fitting columns measure for a report built in grid: its first kFitRows
+    // body rows, and the widest rows of all its records (WidestRows).
+    static std::vector<BodyRow> rowsToFit(const OutlineGrid& grid, const GridText& text,
+                                          const StyleTable& styles);
 
 private:
     const OutlineGrid& m_grid;

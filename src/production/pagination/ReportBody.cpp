@@ -1,10 +1,13 @@
 #include "production/pagination/ReportBody.h"
 
+#include <iterator>
+
 namespace tabulor {
 
 ReportBody::ReportBody(PageDocument& document, const OutlineGrid& grid,
-                       const ReportDefinition& definition)
-    : m_document(document), m_grid(grid), m_definition(definition)
+                       const ReportDefinition& definition, std::vector<BodyRow> laterRowsToFit)
+    : m_document(document), m_grid(grid), m_definition(definition),
+      m_laterRowsToFit(std::move(laterRowsToFit))
 {
 }
 
@@ -23,9 +26,14 @@ void ReportBody::start()
 {
     if (m_grid.reportColumns().isEmpty() || m_document.stopped()) {
         m_fitRows.clear();
+        m_laterRowsToFit.clear();
         return;
     }
-    m_layout.emplace(m_grid, m_fitRows, m_definition, m_document.fonts());
+    std::vector<BodyRow> measured = m_fitRows;
+    measured.insert(measured.end(), std::make_move_iterator(m_laterRowsToFit.begin()),
+                    std::make_move_iterator(m_laterRowsToFit.end()));
+    m_laterRowsToFit.clear();
+    m_layout.emplace(m_grid, measured, m_definition, m_document.fonts());
     m_paginator.emplace(m_document, m_grid, *m_layout, m_definition);
     m_paginator->begin();
     for (const BodyRow& row : m_fitRows)

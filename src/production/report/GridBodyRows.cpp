@@ -1,12 +1,20 @@
 #include "production/report/GridBodyRows.h"
 
 #include "production/grid/GridText.h"
+#include "production/pagination/WidestRows.h"
 
 namespace tabulor {
 
-GridBodyRows::GridBodyRows(const OutlineGrid& grid, FormatLocale locale)
-    : m_grid(grid), m_locale(std::move(locale))
+GridBodyRows::GridBodyRows(const OutlineGrid& grid, const StyleTable& styles, FormatLocale locale)
+    : m_grid(grid), m_styles(styles), m_locale(std::move(locale))
 {
+}
+
+std::vector<BodyRow> GridBodyRows::laterRowsToFit() const
+{
+    WidestRows widest(m_grid);
+    widest.addAll(m_grid);
+    return widest.rows(GridText(m_grid, m_locale), m_styles);
 }
 
 void GridBodyRows::writeTo(ReportBody& body)

@@ -1,9 +1,6 @@
 #include "production/report/ReportColumns.h"
 
-#include "production/grid/GridText.h"
 #include "production/pagination/GridLayout.h"
-
-#include <algorithm>
 
 namespace tabulor {
 
@@ -22,14 +19,8 @@ std::vector<double> reportColumnWidths(const OutlineGrid& grid, const ReportDefi
                                        const FontCatalog& fonts, FormatLocale locale)
 {
     const GridText text(grid, locale);
-    std::vector<BodyRow> fitRows;
-    const size_t count = std::min(grid.rows().size(), static_cast<size_t>(GridLayout::kFitRows));
-    fitRows.reserve(count);
-    for (size_t r = 0; r < count; ++r) {
-        const GridRow& row = grid.rows()[r];
-        fitRows.push_back(BodyRow{row.kind, paintStyle(row), text.rowTexts(row)});
-    }
-    return GridLayout(grid, fitRows, definition, fonts).columnWidths();
+    return GridLayout(grid, GridLayout::rowsToFit(grid, text, definition.styles), definition, fonts)
+        .columnWidths();
 }
 
 } // namespace tabulor

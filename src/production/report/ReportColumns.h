@@ -16,7 +16,7 @@ class FontCatalog;
 void applyPageSettings(PageSetup& setup, const GlobalSettings& settings);
 
 // The widths (twips, in report column order) that a report built in grid is laid out with:
-// a column's stored width, or the width that fits its title and its first body rows.
+// a column's stored width, or the width that fits its title and its rows to fit.
 std::vector<double> reportColumnWidths(const OutlineGrid& grid, const ReportDefinition& definition,
                                        const FontCatalog& fonts, FormatLocale locale);
 

@@ -30,7 +30,7 @@ void ReportRenderer::useStyle(PageDocument& document, int style) const
 
 void ReportRenderer::RenderReport(PageDocument& document)
 {
-    GridBodyRows rows(m_grid, m_context.locale);
+    GridBodyRows rows(m_grid, m_definition.styles, m_context.locale);
     RenderReport(document, rows);
 }
 
@@ -74,7 +74,7 @@ void ReportRenderer::RenderReport(PageDocument& document, BodyRows& rows)
         document.TextAlign = 0;
     }
 
-    ReportBody body(document, m_grid, m_definition);
+    ReportBody body(document, m_grid, m_definition, rows.laterRowsToFit());
     rows.writeTo(body);
     body.finish();
     document.EndDoc();

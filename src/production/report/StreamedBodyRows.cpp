@@ -1,9 +1,9 @@
 #include "production/report/StreamedBodyRows.h"
 
-#include "production/grid/Aggregate.h"
 #include "production/grid/GridText.h"
 #include "production/grid/GroupedRows.h"
 #include "production/grid/ReportGridBuilder.h"
+#include "production/pagination/WidestRows.h"
 
 #include <thread>
 
@@ -48,7 +48,7 @@ StreamedBodyRows::open(DataSource& database, const QString& recordSource, const 
         return nullptr;
     std::unique_ptr<StreamedBodyRows> rows(
         new StreamedBodyRows(std::move(records), report, definition, std::move(locale)));
-    if (!rows->readGrandTotals(database, recordSource))
+    if (!rows->surveyRecords(database, recordSource))
         return nullptr;
     return rows;
 }
@@ -63,29 +63,18 @@ StreamedBodyRows::StreamedBodyRows(std::unique_ptr<Recordset> records, const Out
     m_grandTotals.assign(report.groupPlan().totals.size(), 0.0);
 }
 
-bool StreamedBodyRows::readGrandTotals(DataSource& database, const QString& recordSource)
+bool StreamedBodyRows::surveyRecords(DataSource& database, const QString& recordSource)
 {
-    const auto& totals = m_chunk.groupPlan().totals;
-    std::vector<Accumulator> all(totals.size());
-    bool needed = false;
-    for (const TotalColumn& total : totals)
-        needed = needed || total.aggregate == AggregatePercent;
-    if (!needed)
-        return true;
-
     // Summed here, record by record in the source's order, exactly as the grid sums them.
     QString error;
     const std::unique_ptr<Recordset> records =
         database.openRecordSource(recordSource, std::nullopt, &error);
     if (!records || !sameFields(*records, m_chunk))
         return false;
+    WidestRows widest(m_chunk);
     bool ok = records->moveFirst();
     while (ok && !records->atEnd()) {
-        const qint32 record = m_chunk.appendRecord(*records);
-        for (size_t t = 0; t < totals.size(); ++t) {
-            if (totals[t].aggregate == AggregatePercent)
-                all[t].add(m_chunk.cell(record, totals[t].column));
-        }
+        widest.add(m_chunk, m_chunk.appendRecord(*records));
         if (m_chunk.recordCount() >= kChunkRecords)
             m_chunk.keepRecords({});
         ok = records->moveNext();
@@ -93,8 +82,9 @@ bool StreamedBodyRows::readGrandTotals(DataSource& database, const QString& reco
     m_chunk.keepRecords({});
     if (!records->readError().isEmpty())
         return false;
-    for (size_t t = 0; t < totals.size(); ++t)
-        m_grandTotals[t] = all[t].sum();
+    for (size_t t = 0; t < m_grandTotals.size(); ++t)
+        m_grandTotals[t] = widest.sum(t);
+    m_laterRowsToFit = widest.rows(GridText(m_chunk, m_locale), m_definition.styles);
     return true;
 }
 

@@ -35,6 +35,7 @@ public:
                                                   const QCollator& collator, FormatLocale locale);
 
     bool empty() const override { return m_records->atEnd(); }
+    std::vector<BodyRow> laterRowsToFit() const override { return m_laterRowsToFit; }
     void writeTo(ReportBody& body) override;
     // Why the records stopped before the end of the record source, once writeTo returned: the
     // rows written then end there, without the closing rows of the open groups. Empty when
@@ -45,9 +46,10 @@ private:
     StreamedBodyRows(std::unique_ptr<Recordset> records, const OutlineGrid& report,
                      const ReportDefinition& definition, FormatLocale locale);
 
-    // Reads the whole record source once for the grand totals that Percent needs; false when
-    // it cannot be read to the end.
-    bool readGrandTotals(DataSource& database, const QString& recordSource);
+    // Reads the whole record source once before the report: for the grand totals that
+    // Percent needs, and for the widest values and totals, which the columns must fit. False
+    // when it cannot be read to the end.
+    bool surveyRecords(DataSource& database, const QString& recordSource);
     // Reads every record, and queues the rows chunk by chunk until the queue is cancelled.
     void produceRows(BoundedQueue<std::vector<BodyRow>>& queue);
     // The rows made so far; drops the records no open group needs.
@@ -58,6 +60,7 @@ private:
     FormatLocale m_locale;
     OutlineGrid m_chunk;
     std::vector<double> m_grandTotals; // per entry of the plan's totals
+    std::vector<BodyRow> m_laterRowsToFit;
     QString m_readError;
 };
 

@@ -71,3 +71,36 @@ TEST(StreamedRows, OnlyTablesOfDatabasesThatSortAreStreamed)
     // A view has no row order of its own for ties to keep.
     EXPECT_FALSE(renderBothWays(db.path(), QStringLiteral("v"), definition()).streamed);
 }
+
+TEST(StreamedRows, TotalsAndValuesFarDownTheReportFitTheirColumns)
+{
+    // The first few hundred rows hold small numbers; the last group's values and its total
+    // are much wider than any of them, and would wrap if the widths fitted the first rows.
+    ScratchDatabase db(QStringLiteral(R"(
+CREATE TABLE t(grp TEXT, qty INTEGER);
+WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 600)
+INSERT INTO t SELECT CASE WHEN i <= 500 THEN 'a' ELSE 'b' END,
+                     CASE WHEN i <= 500 THEN 1 ELSE 123456789 END FROM n;
+)"));
+    ReportDefinition d;
+    ApplyBuiltInStyles(d, {QStringLiteral("Wide totals"), QString(), QString()});
+    d.global.SubtotalPosition = 2;
+    d.fields = {{"grp", "g", 1, 9, {}, 0, 0}, {"qty", "q", 0, 9, {}, AggregateSum, 0}};
+    d.groups = {QStringLiteral("grp")};
+    d.details = {QStringLiteral("qty")};
+
+    const BothWaysReport report = renderBothWays(db.path(), QStringLiteral("t"), d);
+    ASSERT_TRUE(report.streamed);
+    EXPECT_EQ(report.streamedPages, report.builtPages);
+    const auto shows = [&](const QString& text) {
+        for (const QStringList& page : report.builtPages) {
+            for (const QString& item : page) {
+                if (item.startsWith(QStringLiteral("text ") + text + u' '))
+                    return true;
+            }
+        }
+        return false;
+    };
+    EXPECT_TRUE(shows(QStringLiteral("123456789")));
+    EXPECT_TRUE(shows(QStringLiteral("12345678900"))); // the total of group b, whole
+}

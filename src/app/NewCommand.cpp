@@ -96,8 +96,12 @@ int runNew(const QStringList& arguments)
     }
     session.selectRecordSource(parser.value(source));
     if (!session.data().RecordSourceOpen()) {
-        printError(QStringLiteral("tabulor: '%1' is no table, view or query of '%2'")
-                       .arg(parser.value(source), parser.value(database)));
+        const QString& why = session.data().recordSourceError();
+        printError(why.isEmpty()
+                       ? QStringLiteral("tabulor: '%1' is no table, view or query of '%2'")
+                             .arg(parser.value(source), parser.value(database))
+                       : QStringLiteral("tabulor: '%1' cannot be opened in '%2': %3")
+                             .arg(parser.value(source), parser.value(database), why));
         return kExitFailed;
     }
 

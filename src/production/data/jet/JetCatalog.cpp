@@ -46,6 +46,13 @@ quint32 JetObject::attributes() const
     return (flags & SystemFlags ? SystemAttribute : 0) | (flags & HiddenFlag ? HiddenAttribute : 0);
 }
 
+bool JetObject::isActionQuery() const
+{
+    const quint32 queryKind = flags & QueryKindBits;
+    return kind == Kind::Query && queryKind != 0 && queryKind != CrosstabQueryFlag &&
+           queryKind != UnionQueryFlag;
+}
+
 std::optional<JetCatalog> JetCatalog::read(const JetHandle& database, QString* error)
 {
     const int index = database.findTable(QStringLiteral("MSysObjects"));
@@ -96,7 +103,9 @@ QList<RecordSourceEntry> JetCatalog::recordSources() const
             continue;
         switch (object.kind) {
         case JetObject::Kind::Query:
-            queries.append({object.name, RecordSourceKind::Query});
+            // Opening an action query says why it gives no rows; the list leaves it out.
+            if (!object.isActionQuery())
+                queries.append({object.name, RecordSourceKind::Query});
             break;
         case JetObject::Kind::Table:
         case JetObject::Kind::LinkedFile:

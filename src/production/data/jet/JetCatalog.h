@@ -32,9 +32,18 @@ struct JetObject
     QString connect;
     QString foreignName;
 
+    // A query's kind in its flags (bits 0xf0): 0 select, 0x10 crosstab, 0x80 union; the others
+    // are action, data-definition and pass-through queries.
+    static constexpr quint32 QueryKindBits = 0xf0;
+    static constexpr quint32 CrosstabQueryFlag = 0x10;
+    static constexpr quint32 UnionQueryFlag = 0x80;
+
     // The attribute bits the flags stand for: system 0x80000002 (flags 0x80000000 or 0x2),
     // hidden 1 (flag 0x8).
     quint32 attributes() const;
+    // Whether this is a query whose flags say that it changes data, defines tables or runs
+    // on a server: it gives no rows to report on.
+    bool isActionQuery() const;
 };
 
 // The tables, linked tables and saved queries of a Jet file, read from its object table

@@ -12,9 +12,7 @@ namespace tabulor {
 
 namespace {
 
-// The query kinds in the object's flags (bits 0xf0) and in the definition's type row.
-constexpr quint32 CrosstabFlag = 0x10;
-constexpr quint32 UnionFlag = 0x80;
+// The query kinds in the definition's type row.
 constexpr int CrosstabType = 6;
 constexpr int UnionType = 9;
 constexpr int SelectType = 1;
@@ -66,12 +64,12 @@ JetQueryDefinition::Kind JetQueryDefinition::kind() const
             return Kind::Crosstab;
         return type[0].flag == UnionType ? Kind::Union : Kind::Action;
     }
-    switch (m_objectFlags & 0xf0) {
+    switch (m_objectFlags & JetObject::QueryKindBits) {
     case 0:
         return Kind::Select;
-    case CrosstabFlag:
+    case JetObject::CrosstabQueryFlag:
         return Kind::Crosstab;
-    case UnionFlag:
+    case JetObject::UnionQueryFlag:
         return Kind::Union;
     default:
         return Kind::Action;

@@ -14,7 +14,7 @@ GridText::GridText(const OutlineGrid& grid, FormatLocale locale)
     m_textNumbering.resize(m_formats.size());
 }
 
-QString GridText::format(const QVariant& value, int gridColumn) const
+QString GridText::formattedValue(const QVariant& value, int gridColumn) const
 {
     return m_formats[static_cast<size_t>(gridColumn)].apply(value, m_locale);
 }
@@ -23,7 +23,7 @@ QString GridText::recordText(qint32 record, int gridColumn) const
 {
     const CellValue& cell = m_grid.cell(record, gridColumn);
     if (cell.kind != CellValue::Text)
-        return format(m_grid.value(record, gridColumn), gridColumn);
+        return formattedValue(m_grid.value(record, gridColumn), gridColumn);
     std::vector<QString>& cache = m_formattedTexts[static_cast<size_t>(gridColumn)];
     const ColumnCells& cells = m_grid.cells(gridColumn);
     if (m_textNumbering[static_cast<size_t>(gridColumn)] != cells.textNumbering()) {
@@ -34,7 +34,7 @@ QString GridText::recordText(qint32 record, int gridColumn) const
         cache.resize(static_cast<size_t>(cells.texts().size()));
     QString& text = cache[cell.textId];
     if (text.isNull()) {
-        text = format(m_grid.value(record, gridColumn), gridColumn);
+        text = formattedValue(m_grid.value(record, gridColumn), gridColumn);
         // An empty result is kept as an empty, not a null, text so that it counts as done.
         if (text.isNull())
             text = QLatin1String("");
@@ -49,11 +49,8 @@ QString GridText::cellText(const GridRow& row, int gridColumn) const
 
     const GroupPlan& plan = m_grid.groupPlan();
     const GroupLevel& level = plan.levels[row.depth];
-    if (level.column == gridColumn) {
-        QString caption =
-            row.kind == RowKind::Opening ? level.openingCaption : level.closingCaption;
-        return caption.replace(QStringLiteral("%s"), recordText(row.record, gridColumn));
-    }
+    if (level.column == gridColumn)
+        return caption(row, recordText(row.record, gridColumn));
     if (row.kind != RowKind::Closing)
         return QString();
     for (size_t t = 0; t < plan.totals.size(); ++t) {
@@ -65,7 +62,14 @@ QString GridText::cellText(const GridRow& row, int gridColumn) const
 
 QString GridText::formattedValue(const CellValue& value, int gridColumn) const
 {
-    return format(m_grid.cells(gridColumn).toVariant(value), gridColumn);
+    return formattedValue(m_grid.cells(gridColumn).toVariant(value), gridColumn);
+}
+
+QString GridText::caption(const GridRow& row, const QString& valueText) const
+{
+    const GroupLevel& level = m_grid.groupPlan().levels[row.depth];
+    QString caption = row.kind == RowKind::Opening ? level.openingCaption : level.closingCaption;
+    return caption.replace(QStringLiteral("%s"), valueText);
 }
 
 QString GridText::totalText(size_t t, const CellValue& total) const

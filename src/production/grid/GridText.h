@@ -21,11 +21,13 @@ public:
     QStringList rowTexts(const GridRow& row) const;
     // A value of a grid column through the column's format.
     QString formattedValue(const CellValue& value, int gridColumn) const;
+    QString formattedValue(const QVariant& value, int gridColumn) const;
+    // A group row's caption in the group's column, for a group of this value.
+    QString caption(const GridRow& row, const QString& valueText) const;
     // A total for entry t of the group plan's totals, as a closing row shows it.
     QString totalText(size_t t, const CellValue& total) const;
 
 private:
-    QString format(const QVariant& value, int gridColumn) const;
     // A record's cell through its column's format. Texts repeat down a column, so each text
     // of the column's dictionary is formatted once.
     QString recordText(qint32 record, int gridColumn) const;

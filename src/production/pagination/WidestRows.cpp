@@ -58,7 +58,7 @@ std::vector<CellValue> widestTotals(qint16 aggregate, const Accumulator& all,
 WidestRows::WidestRows(const OutlineGrid& report)
     : m_columns(report.reportColumns()), m_plan(report.groupPlan()),
       m_values(static_cast<size_t>(m_columns.size())), m_all(m_plan.totals.size()),
-      m_magnitudes(m_plan.totals.size())
+      m_magnitudes(m_plan.totals.size()), m_longestGroupValues(m_plan.levels.size())
 {
 }
 
@@ -70,6 +70,11 @@ void WidestRows::add(const OutlineGrid& grid, qint32 record)
         const CellValue& cell = grid.cell(record, m_plan.totals[t].column);
         m_all[t].add(cell);
         m_magnitudes[t].add(magnitude(cell));
+    }
+    for (size_t depth = 0; depth < m_plan.levels.size(); ++depth) {
+        QVariant value = grid.value(record, m_plan.levels[depth].column);
+        if (value.toString().size() > m_longestGroupValues[depth].toString().size())
+            m_longestGroupValues[depth] = std::move(value);
     }
 }
 
@@ -89,14 +94,12 @@ std::vector<BodyRow> WidestRows::rows(const GridText& text, const StyleTable& st
                                              m_columns.at(static_cast<qsizetype>(i))));
         rows.push_back(BodyRow{RowKind::Data, StyleDetailBody, texts});
     }
-    if (m_plan.closing) {
-        for (BodyRow& row : closingRows(text, styles))
-            rows.push_back(std::move(row));
-    }
+    for (BodyRow& row : groupRows(text, styles))
+        rows.push_back(std::move(row));
     return rows;
 }
 
-std::vector<BodyRow> WidestRows::closingRows(const GridText& text, const StyleTable& styles) const
+std::vector<BodyRow> WidestRows::groupRows(const GridText& text, const StyleTable& styles) const
 {
     std::vector<std::vector<CellValue>> candidates;
     size_t rowCount = 0;
@@ -107,24 +110,34 @@ std::vector<BodyRow> WidestRows::closingRows(const GridText& text, const StyleTa
 
     std::vector<BodyRow> rows;
     for (size_t depth = 0; depth < m_plan.levels.size(); ++depth) {
-        GridRow row;
-        row.kind = RowKind::Closing;
-        row.depth = static_cast<quint8>(depth);
-        row.level = outlineLevel(RowKind::Closing, static_cast<int>(depth));
-        row.style = static_cast<qint16>(StyleForRow(styles, row));
-        for (size_t k = 0; k < rowCount; ++k) {
-            // The group's own column shows its caption, which the first rows measure.
-            QStringList texts;
-            for (int column : m_columns) {
-                QString cell;
-                for (size_t t = 0; t < m_plan.totals.size(); ++t) {
-                    if (m_plan.totals[t].column == column &&
-                        column != m_plan.levels[depth].column && k < candidates[t].size())
-                        cell = text.totalText(t, candidates[t][k]);
+        const int groupColumn = m_plan.levels[depth].column;
+        const QString longest = text.formattedValue(m_longestGroupValues[depth], groupColumn);
+        for (const RowKind kind : {RowKind::Opening, RowKind::Closing}) {
+            if (!(kind == RowKind::Opening ? m_plan.opening : m_plan.closing))
+                continue;
+            GridRow row;
+            row.kind = kind;
+            row.depth = static_cast<quint8>(depth);
+            row.level = outlineLevel(kind, static_cast<int>(depth));
+            row.style = static_cast<qint16>(StyleForRow(styles, row));
+            // A heading row shows its caption alone; closing rows show totals beside it.
+            const size_t count = kind == RowKind::Opening ? 1 : std::max<size_t>(rowCount, 1);
+            for (size_t k = 0; k < count; ++k) {
+                QStringList texts;
+                for (int column : m_columns) {
+                    QString cell;
+                    if (column == groupColumn) {
+                        cell = text.caption(row, longest);
+                    } else if (kind == RowKind::Closing) {
+                        for (size_t t = 0; t < m_plan.totals.size(); ++t) {
+                            if (m_plan.totals[t].column == column && k < candidates[t].size())
+                                cell = text.totalText(t, candidates[t][k]);
+                        }
+                    }
+                    texts.append(cell);
                 }
-                texts.append(cell);
+                rows.push_back(BodyRow{row.kind, paintStyle(row), texts});
             }
-            rows.push_back(BodyRow{row.kind, paintStyle(row), texts});
         }
     }
     return rows;

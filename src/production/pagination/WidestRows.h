@@ -12,7 +12,8 @@ namespace tabulor {
 
 // The widest texts a report's columns will show beyond its first rows, told from its records
 // before they are grouped, so that the widths of the columns can be fixed before the rows are
-// laid out. A column's smallest and largest values are its widest numbers, dates and times. A
+// laid out. A column's smallest and largest values are its widest numbers, dates and times; a
+// group's caption is widest with the longest value of the group's column. A
 // group's sum, or its percentage, stays within the sum of the values' magnitudes; its count
 // within the number of values; its average, maximum, minimum and deviation are measured by
 // the totals over all records and the range of the values. Whether the records stream in or
@@ -32,18 +33,19 @@ public:
     double sum(size_t t) const { return m_all[t].sum(); }
 
     // Rows with those texts: two detail rows with each column's smallest and largest value,
-    // then closing rows at each group level with the widest totals, painted in the styles
-    // that the definition gives them.
+    // then at each group level a heading row and closing rows with the widest caption and
+    // totals, painted in the styles that the definition gives them.
     std::vector<BodyRow> rows(const GridText& text, const StyleTable& styles) const;
 
 private:
-    std::vector<BodyRow> closingRows(const GridText& text, const StyleTable& styles) const;
+    std::vector<BodyRow> groupRows(const GridText& text, const StyleTable& styles) const;
 
     QList<int> m_columns;
     GroupPlan m_plan;
-    std::vector<Accumulator> m_values;     // per report column
-    std::vector<Accumulator> m_all;        // per entry of the plan's totals
-    std::vector<Accumulator> m_magnitudes; // per entry of the plan's totals
+    std::vector<Accumulator> m_values;          // per report column
+    std::vector<Accumulator> m_all;             // per entry of the plan's totals
+    std::vector<Accumulator> m_magnitudes;      // per entry of the plan's totals
+    std::vector<QVariant> m_longestGroupValues; // per group level
 };
 
 } // namespace tabulor

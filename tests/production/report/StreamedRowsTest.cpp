@@ -74,12 +74,13 @@ TEST(StreamedRows, OnlyTablesOfDatabasesThatSortAreStreamed)
 
 TEST(StreamedRows, TotalsAndValuesFarDownTheReportFitTheirColumns)
 {
-    // The first few hundred rows hold small numbers; the last group's values and its total
-    // are much wider than any of them, and would wrap if the widths fitted the first rows.
+    // The first few hundred rows hold small numbers and a short group name; the last group's
+    // name, values and total are much wider than any of them, and would wrap if the widths
+    // fitted the first rows.
     ScratchDatabase db(QStringLiteral(R"(
 CREATE TABLE t(grp TEXT, qty INTEGER);
 WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 600)
-INSERT INTO t SELECT CASE WHEN i <= 500 THEN 'a' ELSE 'b' END,
+INSERT INTO t SELECT CASE WHEN i <= 500 THEN 'a' ELSE 'the second group' END,
                      CASE WHEN i <= 500 THEN 1 ELSE 123456789 END FROM n;
 )"));
     ReportDefinition d;
@@ -102,5 +103,6 @@ INSERT INTO t SELECT CASE WHEN i <= 500 THEN 'a' ELSE 'b' END,
         return false;
     };
     EXPECT_TRUE(shows(QStringLiteral("123456789")));
-    EXPECT_TRUE(shows(QStringLiteral("12345678900"))); // the total of group b, whole
+    EXPECT_TRUE(shows(QStringLiteral("12345678900"))); // the second group's total, whole
+    EXPECT_TRUE(shows(QStringLiteral("the second group")));
 }

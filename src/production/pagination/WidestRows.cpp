@@ -11,16 +11,6 @@ namespace tabulor {
 
 namespace {
 
-CellValue magnitude(CellValue cell)
-{
-    if ((cell.kind == CellValue::Integer || cell.kind == CellValue::Money) && cell.number < 0 &&
-        cell.number != std::numeric_limits<qint64>::min())
-        cell.number = -cell.number;
-    else if (cell.kind == CellValue::Double)
-        cell.real = std::abs(cell.real);
-    return cell;
-}
-
 CellValue negated(CellValue cell)
 {
     if ((cell.kind == CellValue::Integer || cell.kind == CellValue::Money) &&
@@ -31,12 +21,17 @@ CellValue negated(CellValue cell)
     return cell;
 }
 
+CellValue magnitude(const CellValue& cell)
+{
+    return cell.isNumeric() && cell.toDouble() < 0 ? negated(cell) : cell;
+}
+
 // The totals whose texts are as wide as any group's total of a column can be.
 std::vector<CellValue> widestTotals(qint16 aggregate, const Accumulator& all,
                                     const Accumulator& magnitudes)
 {
-    const bool anyNegative =
-        all.result(AggregateMin).isNumeric() && all.result(AggregateMin).toDouble() < 0;
+    const CellValue smallest = all.result(AggregateMin);
+    const bool anyNegative = smallest.isNumeric() && smallest.toDouble() < 0;
     switch (aggregate) {
     case AggregateSum: {
         const CellValue bound = magnitudes.result(AggregateSum);
@@ -58,7 +53,8 @@ std::vector<CellValue> widestTotals(qint16 aggregate, const Accumulator& all,
 WidestRows::WidestRows(const OutlineGrid& report)
     : m_columns(report.reportColumns()), m_plan(report.groupPlan()),
       m_values(static_cast<size_t>(m_columns.size())), m_all(m_plan.totals.size()),
-      m_magnitudes(m_plan.totals.size()), m_longestGroupValues(m_plan.levels.size())
+      m_magnitudes(m_plan.totals.size()), m_longestGroupValues(m_plan.levels.size()),
+      m_longestGroupLengths(m_plan.levels.size(), -1)
 {
 }
 
@@ -73,8 +69,11 @@ void WidestRows::add(const OutlineGrid& grid, qint32 record)
     }
     for (size_t depth = 0; depth < m_plan.levels.size(); ++depth) {
         QVariant value = grid.value(record, m_plan.levels[depth].column);
-        if (value.toString().size() > m_longestGroupValues[depth].toString().size())
+        const qsizetype length = value.toString().size();
+        if (length > m_longestGroupLengths[depth]) {
+            m_longestGroupLengths[depth] = length;
             m_longestGroupValues[depth] = std::move(value);
+        }
     }
 }
 

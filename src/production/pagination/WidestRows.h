@@ -12,12 +12,15 @@ namespace tabulor {
 
 // The widest texts a report's columns will show beyond its first rows, told from its records
 // before they are grouped, so that the widths of the columns can be fixed before the rows are
-// laid out. A column's smallest and largest values are its widest numbers, dates and times; a
-// group's caption is widest with the longest value of the group's column. A
-// group's sum, or its percentage, stays within the sum of the values' magnitudes; its count
-// within the number of values; its average, maximum, minimum and deviation are measured by
-// the totals over all records and the range of the values. Whether the records stream in or
-// were loaded, the same records give the same rows, and so the same widths.
+// laid out:
+// - a column's smallest and largest values are its widest numbers, dates and times;
+// - a group's caption is widest with the longest value of the group's column;
+// - a group's sum, or its percentage, stays within the sum of the values' magnitudes, and its
+//   count within the number of values;
+// - its average, maximum, minimum and deviation are measured by the totals over all records
+//   and the range of the values.
+// Whether the records stream in or were loaded, the same records give the same rows, and so
+// the same widths.
 class WidestRows
 {
 public:
@@ -42,10 +45,11 @@ private:
 
     QList<int> m_columns;
     GroupPlan m_plan;
-    std::vector<Accumulator> m_values;          // per report column
-    std::vector<Accumulator> m_all;             // per entry of the plan's totals
-    std::vector<Accumulator> m_magnitudes;      // per entry of the plan's totals
-    std::vector<QVariant> m_longestGroupValues; // per group level
+    std::vector<Accumulator> m_values;            // per report column
+    std::vector<Accumulator> m_all;               // per entry of the plan's totals
+    std::vector<Accumulator> m_magnitudes;        // per entry of the plan's totals
+    std::vector<QVariant> m_longestGroupValues;   // per group level
+    std::vector<qsizetype> m_longestGroupLengths; // of their texts
 };
 
 } // namespace tabulor

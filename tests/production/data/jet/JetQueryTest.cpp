@@ -357,5 +357,22 @@ TEST_F(JetExpressions, UnknownSyntaxFailsWithAMessage)
     EXPECT_TRUE(failure("a ~ b").contains("'~'"));
 }
 
+// Statements that stop where a name or number must follow fail; they never read past the end.
+TEST(JetStatements, CutShortFailWithAMessage)
+{
+    const JetSourceSchema t{"t", {"a"}, {FieldLong}};
+    const auto failure = [&](const QString& jet) {
+        JetSqlTranslator translator(
+            [&](const QString&, QString*) -> const JetSourceSchema* { return &t; });
+        QString error;
+        EXPECT_FALSE(translator.statement(jet, &error)) << jet.toStdString();
+        return error;
+    };
+    EXPECT_TRUE(failure("SELECT  TOP").contains("TOP")) << failure("SELECT  TOP").toStdString();
+    EXPECT_TRUE(failure("SELECT a AS").contains("name was expected"));
+    EXPECT_TRUE(failure("SELECT a FROM t AS").contains("name was expected"));
+    EXPECT_TRUE(failure("SELECT a AS , b FROM t").contains("name was expected"));
+}
+
 } // namespace
 } // namespace tabulor::test

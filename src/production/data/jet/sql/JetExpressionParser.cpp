@@ -69,6 +69,14 @@ const JetSqlLexeme& JetExpressionParser::next(qsizetype ahead) const
     return m_tokens[std::min(m_pos + ahead, m_tokens.size() - 1)];
 }
 
+JetSqlLexeme JetExpressionParser::take()
+{
+    const JetSqlLexeme lexeme = peek();
+    if (lexeme.kind != Kind::End)
+        ++m_pos;
+    return lexeme;
+}
+
 bool JetExpressionParser::isSymbol(QStringView symbol) const
 {
     return peek().kind == Kind::Symbol && peek().text == symbol;

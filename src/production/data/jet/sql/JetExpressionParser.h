@@ -35,6 +35,8 @@ protected:
 
     const JetSqlLexeme& peek() const { return next(0); }
     const JetSqlLexeme& next(qsizetype ahead) const;
+    // The lexeme read now, stepping past it unless it is the end of the text.
+    JetSqlLexeme take();
     bool isSymbol(QStringView symbol) const;
     bool isWord(const char* word) const;
     bool acceptWord(const char* word);

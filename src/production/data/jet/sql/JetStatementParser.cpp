@@ -52,8 +52,7 @@ QString JetStatementParser::simpleSelect()
     else if (!acceptWord("DISTINCTROW"))
         acceptWord("ALL");
     if (acceptWord("TOP")) {
-        const JetSqlLexeme count = peek();
-        ++m_pos;
+        const JetSqlLexeme count = take();
         if (count.kind != Kind::Number || acceptWord("PERCENT"))
             fail(QStringLiteral("only TOP with a number of rows is supported"));
         m_limit = QStringLiteral(" LIMIT ") + count.text;
@@ -88,11 +87,8 @@ QString JetStatementParser::simpleSelect()
     do {
         const JetSqlExpression column = expression();
         QString item = column.sql;
-        if (acceptWord("AS")) {
-            const JetSqlLexeme alias = peek();
-            ++m_pos;
-            item += QStringLiteral(" AS ") + JetSqlTranslator::quoted(alias.text);
-        }
+        if (acceptWord("AS"))
+            item += QStringLiteral(" AS ") + JetSqlTranslator::quoted(aliasName());
         columns.append(item);
     } while (m_error.isEmpty() && acceptSymbol(u","));
     if (from >= 0)
@@ -188,10 +184,17 @@ QString JetStatementParser::singleSource()
     QString alias = table.text;
     if (acceptWord("AS") || (peek().kind == Kind::Bracketed) ||
         (peek().kind == Kind::Name && !isKeyword(peek().text))) {
-        alias = peek().text;
-        ++m_pos;
+        alias = aliasName();
     }
     return m_translator.source(table.text, alias, &m_error);
+}
+
+QString JetStatementParser::aliasName()
+{
+    const JetSqlLexeme alias = take();
+    if (alias.kind != Kind::Name && alias.kind != Kind::Bracketed)
+        fail(QStringLiteral("a name was expected near '%1'").arg(alias.text));
+    return alias.text;
 }
 
 bool JetStatementParser::isKeyword(const QString& word)

@@ -25,6 +25,8 @@ private:
     QString sourceList();
     QString joinedSource();
     QString singleSource();
+    // The name after AS, or after a source without AS; an error when none follows.
+    QString aliasName();
 
     static bool isKeyword(const QString& word);
 

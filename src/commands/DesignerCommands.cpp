@@ -186,17 +186,10 @@ void DesignerCommands::mNew_Click()
 {
     if (!OKtoDiscardChanges())
         return;
-    ReportDefinition& d = m_session.definition();
-    d.CurrentFileName.clear();
-    d.Dirty = false;
-    d.DataBaseName.clear();
-    d.RecordSource.clear();
-    d.fields.clear();
-    d.groups.clear();
-    d.details.clear();
+    m_session.startReport(QString());
+    m_session.definition().Dirty = false;
     m_session.OpenDataSource(QString(), QString());
     m_session.applyDefaultLook();
-    m_session.history().stack().clear();
     renderPreview();
     Q_EMIT stateChanged();
     mOpenDatabase_Click();
@@ -240,7 +233,6 @@ void DesignerCommands::mOpen_Click()
 
 void DesignerCommands::openDatabase(const QString& path)
 {
-    ReportDefinition& d = m_session.definition();
     m_session.OpenDataSource(path, QString());
     if (!m_session.data().CurrentDatabase()) {
         m_session.tellUser(m_session.strings().text(Message::CANNOTOPENDATABASE) +
@@ -248,13 +240,7 @@ void DesignerCommands::openDatabase(const QString& path)
                            PromptIcon::Warning);
         return;
     }
-    d.CurrentFileName.clear();
-    d.DataBaseName = path;
-    d.RecordSource.clear();
-    d.fields.clear();
-    d.groups.clear();
-    d.details.clear();
-    m_session.history().stack().clear();
+    m_session.startReport(path);
     // Nothing is chosen yet: no stale pages stay on show.
     m_document->KillDoc();
     m_navigation->documentChanged();

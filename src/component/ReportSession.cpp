@@ -186,6 +186,17 @@ bool ReportSession::ReadReportFile(const QString& path, const ProfileFile& file,
     return true;
 }
 
+void ReportSession::startReport(const QString& databaseName)
+{
+    m_definition.CurrentFileName.clear();
+    m_definition.DataBaseName = databaseName;
+    m_definition.RecordSource.clear();
+    m_definition.fields.clear();
+    m_definition.groups.clear();
+    m_definition.details.clear();
+    m_history.stack().clear();
+}
+
 std::unique_ptr<DataSource> ReportSession::openCheckedDatabase(const QString& name,
                                                                const QString& definitionPath)
 {

@@ -98,6 +98,9 @@ public:
     void OpenDataSource(const QString& databasePath, const QString& recordSourceName,
                         const QString& definitionPath = QString(),
                         std::unique_ptr<DataSource> opened = nullptr);
+    // A report begun afresh on a database, or on none: no file, no record source, no fields
+    // and nothing to undo. The data source is left to the caller.
+    void startReport(const QString& databaseName);
     // The user picked another record source: the field table starts again from its fields,
     // with nothing grouped or placed.
     void selectRecordSource(const QString& name);

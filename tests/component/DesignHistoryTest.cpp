@@ -125,7 +125,7 @@ TEST_F(DesignHistoryTest, UndoingEveryChangeGivesBackTheFileByteForByte)
     }
 }
 
-TEST_F(DesignHistoryTest, OpeningAReportForgetsTheChangesBeforeIt)
+TEST_F(DesignHistoryTest, OpeningOrStartingAReportForgetsTheChangesBeforeIt)
 {
     session.changeDefinition(QStringLiteral("Title"), [](ReportDefinition& d, QStringList&) {
         d.global.ReportTitle = QStringLiteral("changed");
@@ -137,6 +137,17 @@ TEST_F(DesignHistoryTest, OpeningAReportForgetsTheChangesBeforeIt)
     session.changeDefinition(QStringLiteral("Nothing"), [](ReportDefinition&, QStringList&) {});
     EXPECT_FALSE(session.history().stack().canUndo());
     EXPECT_TRUE(session.definition().Dirty);
+
+    session.changeDefinition(QStringLiteral("Title"), [](ReportDefinition& d, QStringList&) {
+        d.global.ReportTitle = QStringLiteral("changed again");
+    });
+    const QString database = session.definition().DataBaseName;
+    session.startReport(database);
+    EXPECT_FALSE(session.history().stack().canUndo());
+    EXPECT_TRUE(session.definition().CurrentFileName.isEmpty());
+    EXPECT_TRUE(session.definition().RecordSource.isEmpty());
+    EXPECT_TRUE(session.definition().groups.isEmpty() && session.definition().details.isEmpty());
+    EXPECT_EQ(session.definition().DataBaseName, database);
 }
 
 } // namespace

@@ -1,7 +1,9 @@
 #include "gui/design/RowLook.h"
 
 #include "gui/models/GridModel.h"
+#include "production/pages/ThickenedText.h"
 
+#include <QFontInfo>
 #include <QFontMetricsF>
 #include <QPainter>
 
@@ -36,6 +38,7 @@ RowLook RowLook::fromRoles(const std::function<QVariant(int)>& role, double dpi)
 {
     RowLook look;
     look.font = role(Qt::FontRole).value<QFont>();
+    look.thickened = role(GridModel::ThickenedRole).toBool();
     look.text = role(Qt::ForegroundRole).value<QColor>();
     look.back = role(Qt::BackgroundRole).value<QColor>();
     look.rule = role(GridModel::RuleColourRole).value<QColor>();
@@ -67,7 +70,8 @@ void RowLook::paintCell(QPainter& painter, const QRect& cell, const QStringList&
             x += inner - metrics.horizontalAdvance(line);
         else if (alignment & Qt::AlignHCenter)
             x += (inner - metrics.horizontalAdvance(line)) / 2;
-        painter.drawText(QPointF(x, std::round(baseline)), line);
+        drawText(painter, QPointF(x, std::round(baseline)), line, thickened,
+                 QFontInfo(font).pixelSize());
         baseline += metrics.height();
     }
     painter.fillRect(QRect(band.left(), band.top(), band.width(), ruleAbove), rule);

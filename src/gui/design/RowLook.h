@@ -23,6 +23,7 @@ double pixelsToTwips(int pixels, double dpi);
 struct RowLook
 {
     QFont font;
+    bool thickened = false; // bold drawn from a face that is not
     QColor text;
     QColor back;
     QColor rule;

@@ -77,8 +77,12 @@ void GridModel::loadReport()
     m_linesRow = -1;
     for (int s = 0; s < kStyleCount; ++s) {
         const ReportStyle& style = styles[s];
-        m_looks[s] = StyleLook{style, m_fonts.font(style), FontCatalog::colour(style.Text),
-                               FontCatalog::colour(style.Back), FontCatalog::colour(style.Color)};
+        m_looks[s] = StyleLook{style,
+                               m_fonts.font(style),
+                               m_fonts.thickened(FontCatalog::fontSpec(style)),
+                               FontCatalog::colour(style.Text),
+                               FontCatalog::colour(style.Back),
+                               FontCatalog::colour(style.Color)};
     }
 }
 
@@ -152,6 +156,8 @@ QVariant GridModel::styleData(int style, int role) const
         return int{s.Bottom};
     case RuleColourRole:
         return look.rule;
+    case ThickenedRole:
+        return look.thickened;
     case SpaceBeforeRole:
         return s.Before;
     case SpaceAfterRole:

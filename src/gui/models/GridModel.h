@@ -38,11 +38,15 @@ public:
         RowKindRole,
         // A group row's outline level (0, 1, 2 opening rows; -100, -99, -98 closing rows).
         OutlineLevelRole,
-        // The rules above and below the row: 0 none, 1 thin, 2 medium, 3 thick.
+        // The rules above and below the row: 0 none, 1 thin, 2 medium, 3 thick; their colour
+        // (QColor).
         RuleAboveRole,
         RuleBelowRole,
-        RuleColourRole, // QColor
-                        // The extra space before and after the row, in twips.
+        RuleColourRole,
+        // Whether the row's text is drawn bold from a face that is not (bool), as the
+        // report's pages draw it.
+        ThickenedRole,
+        // The extra space before and after the row, in twips.
         SpaceBeforeRole,
         SpaceAfterRole,
         // The height of the row's text in twips, without its space before and after.
@@ -72,6 +76,7 @@ private:
     {
         ReportStyle style;
         QFont font;
+        bool thickened = false;
         QColor text;
         QColor back;
         QColor rule;

@@ -11,10 +11,12 @@ namespace {
 
 constexpr int kPadding = 4; // pixels between the row's edges and its texts
 
-RowLook lookOf(const ReportStyle& style, const QFont& font, double dpi)
+RowLook lookOf(const ReportStyle& style, const FontCatalog& fonts, double dpi)
 {
+    const QFont font = fonts.font(style);
     RowLook look;
     look.font = font;
+    look.thickened = fonts.thickened(FontCatalog::fontSpec(style));
     look.text = FontCatalog::colour(style.Text);
     look.back = FontCatalog::colour(style.Back);
     look.rule = FontCatalog::colour(style.Color);
@@ -55,7 +57,7 @@ void StyleSample::setSampleFormat(const QString& format)
 
 QSize StyleSample::sizeHint() const
 {
-    const RowLook look = lookOf(m_style, m_fonts.font(m_style), logicalDpiY());
+    const RowLook look = lookOf(m_style, m_fonts, logicalDpiY());
     // Room for a style with generous spaces, so that the dialog does not jump as they change.
     return {240, std::max(look.height(), 2 * QFontMetrics(font()).height()) + 2 * kPadding};
 }
@@ -64,7 +66,7 @@ void StyleSample::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.fillRect(rect(), palette().base());
-    RowLook look = lookOf(m_style, m_fonts.font(m_style), logicalDpiY());
+    RowLook look = lookOf(m_style, m_fonts, logicalDpiY());
     const QRect row(kPadding, kPadding, width() - 2 * kPadding, look.height());
     const Qt::Alignment placements[] = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
     look.paintCell(painter, row, {}, Qt::AlignLeft);

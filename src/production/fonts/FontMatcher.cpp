@@ -1,6 +1,10 @@
 #include "production/fonts/FontMatcher.h"
 
+#include <QHash>
+#include <QMutex>
+
 #include <fontconfig/fontconfig.h>
+#include <hb.h>
 
 #include <cstring>
 #include <vector>
@@ -59,6 +63,34 @@ FontFile fileOf(FcPattern* font)
     FcPatternGetString(font, FC_FILE, 0, &path);
     FcPatternGetInteger(font, FC_INDEX, 0, &index);
     return {QByteArray(reinterpret_cast<const char*>(path)), index};
+}
+
+// The width of the face's "l" in ems, which in a face of one family tells how heavy its
+// strokes are; nullopt when the file has no "l". Files are read once per process.
+std::optional<double> stemWidth(const FontFile& file)
+{
+    static QMutex mutex;
+    static QHash<QByteArray, std::optional<double>> known;
+    const QByteArray key = file.path + '#' + QByteArray::number(file.index);
+    const QMutexLocker lock(&mutex);
+    const auto found = known.constFind(key);
+    if (found != known.cend())
+        return *found;
+    std::optional<double> width;
+    if (hb_blob_t* blob = hb_blob_create_from_file_or_fail(file.path.constData())) {
+        hb_face_t* face = hb_face_create(blob, unsigned(file.index));
+        hb_font_t* font = hb_font_create(face); // in font units
+        hb_codepoint_t glyph = 0;
+        hb_glyph_extents_t extents{};
+        if (hb_face_get_upem(face) > 0 && hb_font_get_nominal_glyph(font, 'l', &glyph) &&
+            hb_font_get_glyph_extents(font, glyph, &extents))
+            width = double(extents.width) / hb_face_get_upem(face);
+        hb_font_destroy(font);
+        hb_face_destroy(face);
+        hb_blob_destroy(blob);
+    }
+    known.insert(key, width);
+    return width;
 }
 
 } // namespace
@@ -127,10 +159,22 @@ std::optional<FontMatch> FontMatcher::match(const QString& family, bool bold, bo
     int slant = FC_SLANT_ROMAN;
     FcPatternGetInteger(best, FC_WEIGHT, 0, &weight);
     FcPatternGetInteger(best, FC_SLANT, 0, &slant);
-    match.syntheticBold = bold && weight < FC_WEIGHT_DEMIBOLD;
+    match.syntheticBold =
+        bold && (weight < FC_WEIGHT_DEMIBOLD || drawsLikeRegular(match.file, match.family, italic));
     match.syntheticItalic = italic && slant == FC_SLANT_ROMAN;
     match.m_candidates = std::move(candidates);
     return match;
+}
+
+bool FontMatcher::drawsLikeRegular(const FontFile& bold, const QString& family, bool italic) const
+{
+    const std::optional<FontMatch> regular = match(family, false, italic);
+    if (!regular || regular->file == bold)
+        return false;
+    const std::optional<double> boldStem = stemWidth(bold);
+    const std::optional<double> regularStem = stemWidth(regular->file);
+    // A real bold face has strokes a third or more heavier than its regular face.
+    return boldStem && regularStem && *boldStem < *regularStem * 1.15;
 }
 
 } // namespace tabulor

@@ -28,7 +28,9 @@ public:
     // The face lies in a folder that only this configuration searches, so that other users of
     // fonts (Qt's font database among them) know it only once it is registered with them.
     bool privateFile = false;
-    bool syntheticBold = false;   // bold asked for, but the face found is not
+    // Bold asked for, but the face found is not bold, or is bold in name only: its strokes
+    // are no heavier than its regular face's. The glyphs are drawn thickened instead.
+    bool syntheticBold = false;
     bool syntheticItalic = false; // italic asked for, but the face found is upright
 
     // The closest face that has character c, if any face has it.
@@ -52,6 +54,15 @@ public:
 
     // The closest installed face; nullopt only when no outline font is installed at all.
     std::optional<FontMatch> match(const QString& family, bool bold, bool italic) const;
+
+private:
+    // Whether a face that calls itself bold has strokes no heavier than the family's regular
+    // face; the compatibility package's bold stand-in for the classic default face is one.
+    bool drawsLikeRegular(const FontFile& bold, const QString& family, bool italic) const;
 };
+
+// How much thickened glyphs grow: the width of the outline drawn around them, as a part of the
+// font size.
+inline constexpr double kSyntheticBoldStroke = 0.03;
 
 } // namespace tabulor

@@ -31,6 +31,7 @@ FontCatalog::FontCatalog() = default;
 
 QString FontCatalog::family(const QString& requested) const
 {
+    const QMutexLocker lock(&m_mutex);
     const auto known = m_families.constFind(requested);
     if (known != m_families.cend())
         return *known;
@@ -72,8 +73,25 @@ QFont FontCatalog::font(const FontSpec& fontSpec) const
     return font;
 }
 
+bool FontCatalog::thickened(const FontSpec& fontSpec) const
+{
+    if (!fontSpec.bold)
+        return false;
+    const QMutexLocker lock(&m_mutex);
+    const QString key = fontSpec.family + (fontSpec.italic ? u'/' : u'|');
+    const auto known = m_thickened.constFind(key);
+    if (known != m_thickened.cend())
+        return *known;
+    const std::optional<FontMatch> match =
+        FontMatcher().match(fontSpec.family, true, fontSpec.italic);
+    const bool thick = match && match->syntheticBold;
+    m_thickened.insert(key, thick);
+    return thick;
+}
+
 QStringList FontCatalog::substitutions() const
 {
+    const QMutexLocker lock(&m_mutex);
     QStringList list;
     for (auto it = m_families.cbegin(); it != m_families.cend(); ++it) {
         if (it.key().compare(it.value(), Qt::CaseInsensitive) != 0)

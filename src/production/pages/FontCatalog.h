@@ -7,6 +7,7 @@
 #include <QColor>
 #include <QFont>
 #include <QHash>
+#include <QMutex>
 #include <QStringList>
 
 namespace tabulor {
@@ -16,7 +17,7 @@ namespace tabulor {
 // The classic default face has a metric-compatible stand-in in the Windows-compatibility font
 // package, outside the font search path: it is registered with Qt when it is first used, so
 // that layouts keep their widths. A face that is not installed is replaced, and the
-// replacement is remembered so that the user can be told.
+// replacement is remembered so that the user can be told. Safe to use from several threads.
 class TABULOR_EXPORT FontCatalog
 {
 public:
@@ -30,13 +31,19 @@ public:
     {
         return QColor(bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF);
     }
+    // Whether bold text in the font is drawn with thickened glyphs, as the PDF writer draws
+    // it: the face found for bold is regular, or bold in name only.
+    bool thickened(const FontSpec& fontSpec) const;
     // "Name (replaced by Other)" for each face asked for that is not installed.
     QStringList substitutions() const;
     // The installed face that stands for the one requested: itself, or its replacement.
     QString family(const QString& requested) const;
 
 private:
+    // Pages are painted on the printing thread while the preview paints on its own.
+    mutable QMutex m_mutex;
     mutable QHash<QString, QString> m_families; // requested face -> face used
+    mutable QHash<QString, bool> m_thickened;   // family and slant of a bold font -> thickened
 };
 
 } // namespace tabulor

@@ -1,5 +1,7 @@
 #include "production/pages/PagePainter.h"
 
+#include "production/pages/ThickenedText.h"
+
 #include <QPen>
 
 #include <cmath>
@@ -30,6 +32,7 @@ void paintPage(QPainter& painter, const PageDisplayList& page, const FontCatalog
     painter.setRenderHint(QPainter::Antialiasing);
     FontSpec current;
     bool haveFont = false;
+    bool thickened = false;
     for (const DisplayItem& item : page.items) {
         if (const auto* fill = std::get_if<Fill>(&item)) {
             painter.fillRect(fill->rect, fill->color);
@@ -43,9 +46,10 @@ void paintPage(QPainter& painter, const PageDisplayList& page, const FontCatalog
                 painter.setFont(twipFont(fonts, run->font));
                 current = run->font;
                 haveFont = true;
+                thickened = fonts.thickened(run->font);
             }
             painter.setPen(run->color);
-            painter.drawText(run->origin, run->text);
+            drawText(painter, run->origin, run->text, thickened, current.pointSize * 20);
         }
     }
     painter.restore();

@@ -17,8 +17,6 @@ qint64 milli(double twips)
 
 // The slant of text drawn italic from an upright face.
 constexpr const char* kSlant = "0.2";
-// The outline added around glyphs drawn bold from a regular face, per 1/1000 point of size.
-constexpr qint64 kEmboldenPerMille = 30;
 
 } // namespace
 
@@ -179,7 +177,7 @@ void PdfContent::add(const TextRun& run)
     beginText();
     setFill(color);
     if (style.syntheticBold) {
-        setStroke(color, style.size * kEmboldenPerMille / 1000);
+        setStroke(color, std::llround(double(style.size) * kSyntheticBoldStroke));
         setRenderMode(2);
     } else {
         setRenderMode(0);

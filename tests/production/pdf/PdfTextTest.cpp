@@ -252,6 +252,19 @@ TEST(PdfText, AStyleTheFaceLacksIsImitated)
     ASSERT_GE(nearBaseline, 0);
     ASSERT_GE(nearTop, 0);
     EXPECT_GE(nearTop - nearBaseline, 6);
+
+    // Its bold face is bold in name only, with the strokes of the regular one: the text is
+    // thickened, so a stem is wider than the regular one by the outline drawn around it.
+    auto stemWidth = [&](bool bold) {
+        PageDisplayList stem = page(2880, 2880);
+        stem.items.push_back(text(400, 2000, QStringLiteral("l"), font(kTahoma, 72, bold)));
+        const QImage drawn = renderPage(writePage(dir, stem), 1, 72);
+        int width = 0;
+        for (int x = 0; x < drawn.width(); ++x)
+            width += qGray(drawn.pixel(x, 80)) < 128;
+        return width;
+    };
+    EXPECT_GE(stemWidth(true), stemWidth(false) + 2);
 }
 
 TEST(PdfText, TheGlyphsShownAreTheOnesTheFaceHasForTheText)
